@@ -1,0 +1,31 @@
+# Flags that every target of the project shares: link to `project_options`.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Build type" FORCE)
+endif()
+
+option(ZRB_32_BIT "Build for the host's own 32-bit binary interface" OFF)
+option(ZRB_SANITIZE "Build with the Address and Undefined Behaviour sanitizers" OFF)
+
+add_library(project_options INTERFACE)
+target_compile_options(project_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror)
+
+# Library code that is not ours (GoogleTest) must be built for the same width and sanitizers.
+if(ZRB_32_BIT)
+  # SSE arithmetic rounds a double once, as the 64-bit build does; the x87 unit would round twice.
+  add_compile_options(-m32 -msse2 -mfpmath=sse)
+  add_link_options(-m32)
+endif()
+if(ZRB_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
