@@ -1,0 +1,31 @@
+#include "host/locked_handle.h"
+
+#include "host/services.h"
+
+namespace {
+
+// To the lock services an array is an object like any other.
+REALobject as_object(REALarray array) {
+  return reinterpret_cast<REALobject>(array);
+}
+
+}  // namespace
+
+void lock_handle(REALobject handle) {
+  REALLockObject(handle);
+}
+void lock_handle(REALstring handle) {
+  REALLockString(handle);
+}
+void lock_handle(REALarray handle) {
+  REALLockObject(as_object(handle));
+}
+void unlock_handle(REALobject handle) {
+  REALUnlockObject(handle);
+}
+void unlock_handle(REALstring handle) {
+  REALUnlockString(handle);
+}
+void unlock_handle(REALarray handle) {
+  REALUnlockObject(as_object(handle));
+}

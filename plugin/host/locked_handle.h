@@ -1,0 +1,71 @@
+// A host handle together with one lock on it.
+//
+// Serves for everything that holds a host object: stored elements, temporaries, results on their
+// way out. The lock lives as long as the object, so its scope is the lock's scope.
+#ifndef ZRB_PLUGIN_HOST_LOCKED_HANDLE_H
+#define ZRB_PLUGIN_HOST_LOCKED_HANDLE_H
+
+#include <exception>
+#include <utility>
+
+#include "host/binary_interface.h"
+
+/// Lock and unlock by the kind of handle; the handle must not be null.
+void lock_handle(REALobject handle);
+void lock_handle(REALstring handle);
+void lock_handle(REALarray handle);
+void unlock_handle(REALobject handle);
+void unlock_handle(REALstring handle);
+void unlock_handle(REALarray handle);
+
+template <class Struct>
+class LockedHandle {
+ public:
+  using Handle = Struct*;
+
+  LockedHandle() = default;
+
+  /// Takes a lock of its own on `handle`; null is allowed and not locked.
+  explicit LockedHandle(Handle handle) : handle_(handle) {
+    if (handle != nullptr) lock_handle(handle);
+  }
+
+  /// Takes over a lock that the caller owns.
+  static LockedHandle adopt(Handle handle) {
+    LockedHandle adopted;
+    adopted.handle_ = handle;
+    return adopted;
+  }
+
+  LockedHandle(const LockedHandle& other) : LockedHandle(other.handle_) {}
+  LockedHandle(LockedHandle&& other) noexcept : handle_(other.detach()) {}
+  LockedHandle& operator=(LockedHandle other) {
+    std::swap(handle_, other.handle_);
+    return *this;
+  }
+
+  /// Gives the lock back. What the host throws meanwhile passes on, unless another exception is
+  /// already on its way: that one is the cause, and two cannot pass at once.
+  ~LockedHandle() noexcept(false) {
+    if (handle_ == nullptr) return;
+    try {
+      unlock_handle(handle_);
+    } catch (...) {
+      if (std::uncaught_exceptions() == 0) throw;
+    }
+  }
+
+  Handle get() const { return handle_; }
+
+  /// Hands the lock to the caller and is null afterwards.
+  Handle detach() { return std::exchange(handle_, nullptr); }
+
+ private:
+  Handle handle_ = nullptr;
+};
+
+using LockedObject = LockedHandle<REALobjectStruct>;
+using LockedString = LockedHandle<REALstringStruct>;
+using LockedArray = LockedHandle<REALarrayStruct>;
+
+#endif
