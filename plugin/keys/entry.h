@@ -1,0 +1,25 @@
+// What a storage engine keeps for one element: a key, and for maps a value beside it.
+#ifndef ZRB_PLUGIN_KEYS_ENTRY_H
+#define ZRB_PLUGIN_KEYS_ENTRY_H
+
+#include <utility>
+
+/// Stands for the value type of a set.
+struct NoValue {};
+
+template <class Key, class Value>
+struct Entry {
+  explicit Entry(const Key& new_key) : key(new_key) {}
+
+  Key key;
+  Value value{};
+};
+
+template <class Key>
+struct Entry<Key, NoValue> {
+  explicit Entry(const Key& new_key) : key(new_key) {}
+
+  Key key;
+};
+
+#endif
