@@ -1,0 +1,102 @@
+// The data of a container instance: its storage, and host arrays that cache its content.
+#ifndef ZRB_PLUGIN_CONTAINERS_INSTANCE_H
+#define ZRB_PLUGIN_CONTAINERS_INSTANCE_H
+
+#include <memory>
+#include <utility>
+
+#include "containers/container_class.h"
+#include "host/class_record.h"
+#include "host/errors.h"
+#include "host/locked_handle.h"
+
+/// The host hands this out zeroed. `storage` is null until a constructor has run; the instance owns
+/// it. Each cache holds one lock and is null when it is not valid: after every change of content.
+template <class Storage>
+struct SetData {
+  Storage* storage;
+  REALarray keysCache;
+};
+
+template <class Storage>
+struct MapData {
+  Storage* storage;
+  REALarray keysCache;
+  REALarray valuesCache;
+};
+
+template <class C>
+using ContainerData =
+    std::conditional_t<C::is_map, MapData<typename C::Storage>, SetData<typename C::Storage>>;
+
+template <class C>
+ContainerData<C>& container_data(REALobject instance) {
+  return instance_data<ContainerData<C>>(instance, ClassRecord<C>::container);
+}
+
+template <class C>
+void raise_not_initialized() {
+  C::is_map ? raise_map_not_initialized() : raise_set_not_initialized();
+}
+
+/// The instance's storage; null, with the exception of the class raised, when it has none.
+template <class C>
+typename C::Storage* storage_or_raise(REALobject instance) {
+  auto* storage = container_data<C>(instance).storage;
+  if (storage == nullptr) [[unlikely]]
+    raise_not_initialized<C>();
+  return storage;
+}
+
+/// The cached arrays, taken out of an instance: they are unlocked when this dies, values first.
+struct TakenCaches {
+  LockedArray keys;
+  LockedArray values;
+};
+
+/// Makes the instance's caches invalid. Its slots are empty before the arrays are unlocked, since
+/// that may run host code, which must not find them.
+template <class C>
+[[nodiscard]] TakenCaches take_caches(REALobject instance) {
+  auto& data = container_data<C>(instance);
+  TakenCaches taken;
+  taken.keys = LockedArray::adopt(std::exchange(data.keysCache, nullptr));
+  if constexpr (C::is_map) {
+    taken.values = LockedArray::adopt(std::exchange(data.valuesCache, nullptr));
+  }
+  return taken;
+}
+
+template <class C>
+void drop_caches(REALobject instance) {
+  const TakenCaches dropped = take_caches<C>(instance);
+}
+
+/// Storage that is destroyed with all its elements when this dies. Not a unique_ptr: a host may
+/// throw when an element is unlocked, and that passes on.
+template <class Storage>
+struct DoomedStorage {
+  Storage* storage;
+  ~DoomedStorage() noexcept(false) { delete storage; }
+};
+
+/// Gives the instance fresh, empty storage; what was there is left as it is, unreleased. On
+/// std::bad_alloc nothing has changed.
+template <class C>
+void install_fresh_storage(REALobject instance) {
+  auto fresh = std::make_unique<typename C::Storage>();
+  const TakenCaches dropped = take_caches<C>(instance);
+  container_data<C>(instance).storage = fresh.release();
+}
+
+/// Gives the instance fresh, empty storage and destroys what was there. On std::bad_alloc nothing
+/// has changed.
+template <class C>
+void replace_storage(REALobject instance) {
+  auto fresh = std::make_unique<typename C::Storage>();
+  const TakenCaches dropped = take_caches<C>(instance);
+  auto& storage = container_data<C>(instance).storage;
+  const DoomedStorage<typename C::Storage> former{std::exchange(storage, fresh.release())};
+}
+
+#endif

@@ -1,0 +1,176 @@
+// Iterators: host objects that each name one position in one container.
+#ifndef ZRB_PLUGIN_CONTAINERS_ITERATORS_H
+#define ZRB_PLUGIN_CONTAINERS_ITERATORS_H
+
+#include <new>
+
+#include "containers/instance.h"
+#include "host/services.h"
+
+/// The data of an iterator instance, zeroed by the host. `position` is null until a container has
+/// made the iterator, and points to the record behind it from then on: so an iterator costs no heap
+/// block and leaves nothing behind. It holds no lock on its container and stays valid only as long
+/// as the element that it names.
+template <class C>
+struct IteratorData {
+  typename C::Position* position;
+  alignas(typename C::Position) unsigned char record[sizeof(typename C::Position)];
+};
+
+/// The iterator's position; null when it has none, as in one that a program made with New.
+template <class C>
+typename C::Position* position_of(REALobject iterator) {
+  return instance_data<IteratorData<C>>(iterator, ClassRecord<C>::iterator).position;
+}
+
+/// A new iterator object at `position`, owned by the caller; nil when the host refuses it.
+template <class C>
+REALobject new_iterator(const typename C::Position& position) {
+  REALobject iterator = REALnewInstance(C::iterator_name.text);
+  if (iterator == nullptr) return nullptr;
+  auto& data = instance_data<IteratorData<C>>(iterator, ClassRecord<C>::iterator);
+  data.position = new (data.record) typename C::Position(position);
+  return iterator;
+}
+
+/// Routines of the container that make iterators, and that remove through them. Without storage
+/// they raise "not initialized" and return nil.
+template <class C>
+struct ContainerIterators {
+  using Storage = typename C::Storage;
+  using Position = typename C::Position;
+
+  /// O(1); hashed O(bucket count) while the low buckets are empty.
+  static REALobject getbegin(REALobject instance) {
+    auto* storage = storage_or_raise<C>(instance);
+    return storage == nullptr ? nullptr : new_iterator<C>(storage->begin());
+  }
+
+  /// The position behind the last element. O(1).
+  static REALobject getend(REALobject instance) {
+    auto* storage = storage_or_raise<C>(instance);
+    return storage == nullptr ? nullptr : new_iterator<C>(storage->end());
+  }
+
+  // At the end when there is no such element. O(1) hashed, O(log n) ordered.
+  static REALobject find(REALobject instance, typename C::KeyHost key) {
+    return search(instance, key, [](Storage& storage, const auto& k) { return storage.find(k); });
+  }
+  static REALobject lower_bound(REALobject instance, typename C::KeyHost key) {
+    return search(instance, key,
+                  [](Storage& storage, const auto& k) { return storage.lower_bound(k); });
+  }
+  static REALobject upper_bound(REALobject instance, typename C::KeyHost key) {
+    return search(instance, key,
+                  [](Storage& storage, const auto& k) { return storage.upper_bound(k); });
+  }
+
+  /// Removes the element that `pos` names; `pos` must not be used afterwards. Nothing happens for a
+  /// nil iterator and for one without a position. O(1) hashed, O(log n) ordered.
+  static void erase1(REALobject instance, REALobject pos) {
+    auto* storage = storage_or_raise<C>(instance);
+    if (storage == nullptr || pos == nullptr) return;
+    const Position* position = position_of<C>(pos);
+    if (position == nullptr) return;
+    drop_caches<C>(instance);
+    storage->erase(*position);
+  }
+
+  /// Removes the elements from `first` up to but not including `last`, in iteration order.
+  static void erase2(REALobject instance, REALobject first, REALobject last) {
+    auto* storage = storage_or_raise<C>(instance);
+    if (storage == nullptr || first == nullptr || last == nullptr) return;
+    const Position* from = position_of<C>(first);
+    const Position* to = position_of<C>(last);
+    if (from == nullptr || to == nullptr) return;
+    drop_caches<C>(instance);
+    storage->erase(*from, *to);
+  }
+
+ private:
+  template <class Search>
+  static REALobject search(REALobject instance, typename C::KeyHost key, Search search_storage) {
+    auto* storage = storage_or_raise<C>(instance);
+    if (storage == nullptr) return nullptr;
+    Position position;
+    {
+      const typename C::StoredKey held_key(key);
+      position = search_storage(*storage, held_key);
+    }
+    return new_iterator<C>(position);
+  }
+};
+
+/// Routines of the iterator itself. One without a position raises "Iterator is nil" (sets) or
+/// "Iterator not initialized" (maps) and reads as nil or 0. At the end there is nothing to read,
+/// nothing to assign to and nowhere to go on to: the neutral value, and nothing done.
+template <class C>
+struct IteratorObject {
+  using Position = typename C::Position;
+
+  /// To the next element, or to the end. O(1) on average, hashed O(bucket count) at worst.
+  static void MoveNext(REALobject iterator) {
+    if (Position* position = position_or_raise(iterator)) C::Storage::advance(*position);
+  }
+
+  /// To the element before; from the end to the last element. O(1) on average.
+  static void MovePrev(REALobject iterator) {
+    if (Position* position = position_or_raise(iterator)) C::Storage::retreat(*position);
+  }
+
+  static typename C::KeyHost GetKey(REALobject iterator) {
+    Position* position = position_or_raise(iterator);
+    if (position == nullptr || position->is_end()) return {};
+    return C::Key::hand_out(position->entry().key);
+  }
+
+  static typename C::ValueHost GetValue(REALobject iterator) {
+    Position* position = position_or_raise(iterator);
+    if (position == nullptr || position->is_end()) return {};
+    return C::Value::hand_out(position->entry().value);
+  }
+
+  /// Replaces the element's value. The container's cached arrays keep the old one: an iterator does
+  /// not know its container.
+  static void SetValue(REALobject iterator, typename C::ValueHost value) {
+    Position* position = position_or_raise(iterator);
+    if (position == nullptr || position->is_end()) return;
+    typename C::StoredValue replacement(value);
+    std::swap(position->entry().value, replacement);
+  }
+
+  // Whether both name the same element, or both the end. A nil `other` raises and gives false for
+  // both questions, and so does, without an exception, an iterator that has no position.
+  static bool isEqual(REALobject iterator, REALobject other) {
+    const auto [mine, theirs] = both_positions(iterator, other);
+    return mine != nullptr && theirs != nullptr && *mine == *theirs;
+  }
+  static bool isNotEqual(REALobject iterator, REALobject other) {
+    const auto [mine, theirs] = both_positions(iterator, other);
+    return mine != nullptr && theirs != nullptr && !(*mine == *theirs);
+  }
+
+ private:
+  struct TwoPositions {
+    const Position* mine = nullptr;
+    const Position* theirs = nullptr;
+  };
+
+  static Position* position_or_raise(REALobject iterator) {
+    Position* position = position_of<C>(iterator);
+    if (position == nullptr) [[unlikely]] {
+      C::is_map ? raise_iterator_not_initialized() : raise_iterator_is_nil();
+    }
+    return position;
+  }
+
+  static TwoPositions both_positions(REALobject iterator, REALobject other) {
+    if (other == nullptr) {
+      raise_other_iterator_is_nil();
+      return {};
+    }
+    return {position_of<C>(iterator), position_of<C>(other)};
+  }
+};
+
+#endif

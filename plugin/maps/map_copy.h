@@ -1,0 +1,42 @@
+// Maps made from maps.
+#ifndef ZRB_PLUGIN_MAPS_MAP_COPY_H
+#define ZRB_PLUGIN_MAPS_MAP_COPY_H
+
+#include "containers/instance.h"
+#include "host/services.h"
+#include "maps/map_operations.h"
+
+template <class C>
+struct MapCopy {
+  /// Replaces this map's content by a copy of `other`'s. The former content goes first: a map
+  /// copied into itself ends empty, and so does one whose `other` has no storage, which raises
+  /// "Map not initialized". A nil `other` raises and changes nothing. O(n) hashed, O(n log n)
+  /// ordered.
+  static void theMapConstructorClone(REALobject instance, REALobject other) {
+    if (other == nullptr) return raise_other_map_is_nil();
+    replace_storage<C>(instance);
+    if (auto* source = storage_or_raise<C>(other))
+      copy(*source, *container_data<C>(instance).storage);
+  }
+
+  /// A new map with the same content, owned by the caller; nil when the host refuses the object.
+  static REALobject cloneMap(REALobject instance) {
+    auto* source = storage_or_raise<C>(instance);
+    if (source == nullptr) return nullptr;
+    auto clone = LockedObject::adopt(REALnewInstance(C::name.text));
+    if (clone.get() == nullptr) return nullptr;
+    install_fresh_storage<C>(clone.get());
+    copy(*source, *container_data<C>(clone.get()).storage);
+    return clone.detach();
+  }
+
+ private:
+  static void copy(typename C::Storage& source, typename C::Storage& target) {
+    source.for_each([&](const auto& entry) {
+      MapOperations<C>::assign(target, entry.key, C::Value::lend(entry.value));
+      return true;
+    });
+  }
+};
+
+#endif

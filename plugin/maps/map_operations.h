@@ -1,0 +1,73 @@
+// What only maps do with a key: read, assign, look up with a default, remove.
+#ifndef ZRB_PLUGIN_MAPS_MAP_OPERATIONS_H
+#define ZRB_PLUGIN_MAPS_MAP_OPERATIONS_H
+
+#include <cstdint>
+#include <utility>
+
+#include "containers/keyed_access.h"
+
+/// Costs are O(1) hashed, O(log n) ordered. A map without storage raises "Map not initialized".
+template <class C>
+struct MapOperations : private KeyedAccess<C> {
+  using KeyHost = typename C::KeyHost;
+  using ValueHost = typename C::ValueHost;
+  using StoredKey = typename C::StoredKey;
+  using StoredValue = typename C::StoredValue;
+  using Storage = typename C::Storage;
+
+  /// The key's value; an absent key raises "KeyNotFoundException" and reads as nil or 0.
+  static ValueHost getValue(REALobject instance, KeyHost key) {
+    auto* storage = storage_or_raise<C>(instance);
+    if (storage == nullptr) return {};
+    const auto position = find(*storage, key);
+    if (position.is_end()) {
+      raise_key_not_found();
+      return {};
+    }
+    return C::Value::hand_out(position.entry().value);
+  }
+
+  /// Gives the key this value; an absent key is added, of a present one the stored key stays. Nil
+  /// is a value like any other. When the host throws while the value is locked, an added key stays,
+  /// with a nil value.
+  static void setValue(REALobject instance, KeyHost key, ValueHost value) {
+    auto* storage = storage_or_raise<C>(instance);
+    if (storage == nullptr) return;
+    drop_caches<C>(instance);
+    assign(*storage, StoredKey(key), value);
+  }
+
+  /// The key's value, or `default_value` for an absent key, which is not added.
+  static ValueHost lookup(REALobject instance, KeyHost key, ValueHost default_value) {
+    auto* storage = storage_or_raise<C>(instance);
+    if (storage == nullptr) return {};
+    const auto position = find(*storage, key);
+    return position.is_end() ? C::Value::hand_out(StoredValue(default_value))
+                             : C::Value::hand_out(position.entry().value);
+  }
+
+  /// Removes the key with its value; 1 when it was there, else 0.
+  static std::int32_t erase3(REALobject instance, KeyHost key) {
+    auto* storage = storage_or_raise<C>(instance);
+    if (storage == nullptr) return 0;
+    drop_caches<C>(instance);
+    return KeyedAccess<C>::remove_key(*storage, key);
+  }
+
+  /// Finds or adds the key and replaces its value, as assignment by a program does; for the other
+  /// map routines too.
+  static void assign(Storage& storage, const StoredKey& key, ValueHost value) {
+    auto& entry = storage.insert_unique(key).entry;
+    StoredValue replacement(value);
+    std::swap(entry.value, replacement);
+  }
+
+ private:
+  static typename C::Position find(Storage& storage, KeyHost key) {
+    const StoredKey held_key(key);
+    return storage.find(held_key);
+  }
+};
+
+#endif
