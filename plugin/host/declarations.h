@@ -14,14 +14,14 @@ template <class Container>
 class DeclarationWriter {
  public:
   /// Length of the finished text.
-  static consteval std::size_t length(std::string_view text) {
+  static constexpr std::size_t length(std::string_view text) {
     std::size_t written = 0;
     expand(text, [&](std::string_view piece) { written += piece.size(); });
     return written;
   }
 
   template <std::size_t Length>
-  static consteval FixedString<Length + 1> write(std::string_view text) {
+  static constexpr FixedString<Length + 1> write(std::string_view text) {
     FixedString<Length + 1> written;
     char* end = written.text;
     expand(text, [&](std::string_view piece) { end = std::ranges::copy(piece, end).out; });
@@ -30,19 +30,27 @@ class DeclarationWriter {
 
  private:
   template <class Take>
-  static consteval void expand(std::string_view text, Take take) {
+  static constexpr void expand(std::string_view text, Take take) {
     while (!text.empty()) {
-      const std::size_t open = std::min(text.find('{'), text.size());
+      const std::size_t open = position_of('{', text);
       take(text.substr(0, open));
       text.remove_prefix(open);
       if (text.empty()) return;
-      const std::size_t close = text.find('}');
+      const std::size_t close = position_of('}', text);
       take(meaning(text.substr(1, close - 1)));
       text.remove_prefix(close + 1);
     }
   }
 
-  static consteval std::string_view meaning(std::string_view placeholder) {
+  // Where `character` stands first, else the text's size. Not string_view::find: gcc does not
+  // evaluate that at compile time while it builds with the undefined behaviour sanitizer.
+  static constexpr std::size_t position_of(char character, std::string_view text) {
+    std::size_t position = 0;
+    while (position < text.size() && text[position] != character) ++position;
+    return position;
+  }
+
+  static constexpr std::string_view meaning(std::string_view placeholder) {
     if (placeholder == "K") return Container::Key::word.view();
     if (placeholder == "V") return Container::Value::word.view();
     if (placeholder == "Class") return Container::name.view();

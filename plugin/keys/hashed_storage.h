@@ -170,6 +170,8 @@ class HashedStorage {
   }
 
  private:
+  friend struct HashedStorageInspector;  // the invariant checker of the tests
+
   struct Buckets {
     explicit Buckets(std::uint32_t bucket_count)
         : heads(new Node*[bucket_count]()), count(bucket_count) {}

@@ -93,7 +93,7 @@ REALobject REALnewVariant(const RBString& value) {
   // The text is held across the call, in which the host may run code of its own.
   LockedObject variant;
   {
-    const RBString held(value);
+    const RBString held(value);  // NOLINT(performance-unnecessary-copy-initialization)
     if (held.get() != nullptr) variant = LockedObject::adopt(REALNewVariantString(held.get()));
   }
   return variant.detach();

@@ -1,0 +1,266 @@
+// Hashed storage alone, without any host.
+#include "keys/hashed_storage.h"
+
+#include <gtest/gtest.h>
+
+#include <ext/hash_set>
+#include <functional>
+#include <map>
+#include <random>
+#include <vector>
+
+#include "keys/integer_key.h"
+#include "storage_inspectors.h"
+#include "troubled_key.h"
+
+namespace {
+
+using IntegerSet = HashedStorage<std::int32_t, NoValue, IntegerHash, std::equal_to<std::int32_t>>;
+using IntegerMap =
+    HashedStorage<std::int32_t, std::int32_t, IntegerHash, std::equal_to<std::int32_t>>;
+using TroubledSet = HashedStorage<TroubledKey, NoValue, TroubledHash, TroubledEqual>;
+
+template <class Storage>
+std::vector<std::int32_t> keys_in_order(Storage& storage) {
+  std::vector<std::int32_t> keys;
+  storage.for_each([&](const auto& entry) {
+    keys.push_back(number_of(entry.key));
+    return true;
+  });
+  return keys;
+}
+
+template <class Storage>
+std::vector<std::int32_t> keys_by_stepping(Storage& storage) {
+  std::vector<std::int32_t> keys;
+  for (auto position = storage.begin(); !position.is_end(); Storage::advance(position)) {
+    keys.push_back(number_of(position.entry().key));
+  }
+  return keys;
+}
+
+TEST(HashedStorage, a_hint_of_100_gives_193_buckets) {
+  EXPECT_EQ(IntegerSet().bucket_count(), 193U);
+  EXPECT_EQ(IntegerSet(1).bucket_count(), 53U);
+  EXPECT_EQ(IntegerSet(53).bucket_count(), 53U);
+  EXPECT_EQ(IntegerSet(54).bucket_count(), 97U);
+}
+
+TEST(HashedStorage, bucket_sizes_are_the_28_ascending_primes) {
+  EXPECT_EQ(bucket_sizes.size(), 28U);
+  EXPECT_TRUE(std::ranges::is_sorted(bucket_sizes));
+  for (const std::uint64_t size : bucket_sizes) {
+    for (std::uint64_t divisor = 2; divisor * divisor <= size; ++divisor) {
+      ASSERT_NE(size % divisor, 0U) << size;
+    }
+  }
+  EXPECT_EQ(bucket_size_for(4294967291U), 4294967291U);
+  EXPECT_EQ(bucket_size_for(4294967292U), 4294967291U);
+}
+
+TEST(HashedStorage, grows_at_the_194th_and_the_390th_element_and_never_shrinks) {
+  IntegerSet set;
+  for (std::int32_t key = 0; key < 193; ++key) set.insert_unique(key);
+  EXPECT_EQ(set.bucket_count(), 193U);
+  set.insert_unique(193);
+  EXPECT_EQ(set.bucket_count(), 389U);
+  for (std::int32_t key = 194; key < 389; ++key) set.insert_unique(key);
+  EXPECT_EQ(set.bucket_count(), 389U);
+  set.insert_unique(389);
+  EXPECT_EQ(set.bucket_count(), 769U);
+  for (std::int32_t key = 0; key <= 389; ++key) EXPECT_EQ(set.erase(key), 1U);
+  EXPECT_EQ(set.bucket_count(), 769U);
+  EXPECT_TRUE(set.empty());
+  EXPECT_TRUE(HashedStorageInspector::check(set));
+}
+
+TEST(HashedStorage, grows_before_it_finds_that_the_key_is_there) {
+  IntegerSet set;
+  for (std::int32_t key = 0; key < 193; ++key) set.insert_unique(key);
+  EXPECT_FALSE(set.insert_unique(7).inserted);
+  EXPECT_EQ(set.size(), 193U);
+  EXPECT_EQ(set.bucket_count(), 389U);
+}
+
+TEST(HashedStorage, visits_the_newest_key_of_a_bucket_first) {
+  IntegerSet set;
+  for (const std::int32_t key : {5, 5 + 193, 5 + 2 * 193}) set.insert_unique(key);
+  EXPECT_EQ(keys_in_order(set), (std::vector<std::int32_t>{5 + 2 * 193, 5 + 193, 5}));
+}
+
+TEST(HashedStorage, buckets_negative_keys_as_unsigned) {
+  IntegerSet set;
+  set.insert_unique(-1);
+  set.insert_unique(static_cast<std::int32_t>(4294967295U % 193U));
+  EXPECT_EQ(keys_in_order(set), (std::vector<std::int32_t>{4294967295U % 193U, -1}));
+}
+
+TEST(HashedStorage, keeps_the_order_of_the_witness_through_growth_and_removal) {
+  struct Identity {
+    std::size_t operator()(std::uint32_t key) const { return key; }
+  };
+  IntegerSet set;
+  __gnu_cxx::hash_set<std::uint32_t, Identity> witness(100);
+  std::mt19937 random(42);
+  for (int step = 0; step < 20000; ++step) {
+    const auto key = static_cast<std::int32_t>(random() % 4000) - 2000;
+    const auto hash = static_cast<std::uint32_t>(key);
+    if (random() % 3 != 0) {
+      EXPECT_EQ(set.insert_unique(key).inserted, witness.insert(hash).second);
+    } else {
+      EXPECT_EQ(set.erase(key), witness.erase(hash));
+    }
+    if (step % 500 != 0) continue;
+    ASSERT_EQ(set.bucket_count(), witness.bucket_count());
+    ASSERT_EQ(keys_in_order(set), std::vector<std::int32_t>(witness.begin(), witness.end()));
+    ASSERT_EQ(keys_by_stepping(set), keys_in_order(set));
+    ASSERT_TRUE(HashedStorageInspector::check(set));
+  }
+}
+
+TEST(HashedStorage, agrees_with_a_map_over_random_operations) {
+  IntegerMap map;
+  std::map<std::int32_t, std::int32_t> model;
+  std::mt19937 random(7);
+  for (std::int32_t step = 0; step < 100000; ++step) {
+    const auto key = static_cast<std::int32_t>(random() % 3000);
+    switch (random() % 4) {
+      case 0:
+        ASSERT_EQ(map.erase(key), model.erase(key));
+        break;
+      case 1:
+        ASSERT_EQ(map.count(key), model.count(key));
+        break;
+      default:
+        map.insert_unique(key).entry.value = step;
+        model[key] = step;
+    }
+    ASSERT_EQ(map.size(), model.size());
+  }
+  for (const auto& [key, value] : model) EXPECT_EQ(map.find(key).entry().value, value);
+  EXPECT_TRUE(HashedStorageInspector::check(map));
+}
+
+TEST(HashedStorage, removes_ranges_within_and_across_buckets) {
+  for (std::size_t first = 0; first <= 12; ++first) {
+    for (std::size_t last = first; last <= 12; ++last) {
+      IntegerSet set;
+      for (const std::int32_t key : {1, 194, 387, 2, 195, 7, 90, 283, 192, 385, 578, 771}) {
+        set.insert_unique(key);
+      }
+      std::vector<std::int32_t> expected = keys_in_order(set);
+      std::vector<IntegerSet::Position> positions;
+      for (auto at = set.begin(); !at.is_end(); IntegerSet::advance(at)) positions.push_back(at);
+      positions.push_back(set.end());
+      set.erase(positions[first], positions[last]);
+      expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(first),
+                     expected.begin() + static_cast<std::ptrdiff_t>(last));
+      ASSERT_EQ(keys_in_order(set), expected) << first << " to " << last;
+      ASSERT_TRUE(HashedStorageInspector::check(set));
+    }
+  }
+}
+
+TEST(HashedStorage, removes_by_position_and_ignores_the_end) {
+  IntegerSet set;
+  for (std::int32_t key = 0; key < 400; ++key) set.insert_unique(key * 193);
+  set.erase(set.find(5 * 193));
+  EXPECT_EQ(set.count(5 * 193), 0U);
+  set.erase(set.end());
+  EXPECT_EQ(set.size(), 399U);
+  EXPECT_TRUE(HashedStorageInspector::check(set));
+}
+
+TEST(HashedStorage, clear_keeps_the_buckets) {
+  IntegerSet set;
+  for (std::int32_t key = 0; key < 300; ++key) set.insert_unique(key);
+  set.clear();
+  EXPECT_TRUE(set.empty());
+  EXPECT_TRUE(set.begin() == set.end());
+  EXPECT_EQ(set.bucket_count(), 389U);
+  set.insert_unique(1);
+  EXPECT_EQ(keys_in_order(set), std::vector<std::int32_t>{1});
+}
+
+TEST(HashedStorage, stays_at_the_end) {
+  IntegerSet set;
+  auto position = set.end();
+  IntegerSet::advance(position);
+  EXPECT_TRUE(position.is_end());
+}
+
+TEST(HashedStorage, reports_the_largest_unsigned_number_as_its_limit) {
+  EXPECT_EQ(IntegerSet::max_size(), 4294967295U);
+}
+
+TEST(HashedStorage, keeps_nothing_alive_after_its_death) {
+  {
+    TroubledSet set;
+    for (std::int32_t key = 0; key < 1000; ++key) set.insert_unique(TroubledKey(key));
+    EXPECT_EQ(TroubledKey::alive, 1000);
+  }
+  EXPECT_EQ(TroubledKey::alive, 0);
+}
+
+TEST(HashedStorage, loses_the_moved_elements_when_a_hash_throws_during_growth) {
+  for (int nth = 1; nth <= 193; ++nth) {
+    TroubledSet set;
+    for (std::int32_t key = 0; key < 193; ++key) set.insert_unique(TroubledKey(key));
+    TroubledKey::arm(TroubledKey::Hashing, nth);
+    EXPECT_THROW(set.insert_unique(TroubledKey(1000)), Trouble);
+    TroubledKey::arm(TroubledKey::All, 0);
+    const auto left = static_cast<std::uint32_t>(193 - (nth - 1));
+    ASSERT_EQ(set.size(), left);
+    ASSERT_EQ(set.bucket_count(), 193U);
+    ASSERT_EQ(TroubledKey::alive, static_cast<int>(left));
+    ASSERT_TRUE(HashedStorageInspector::check(set));
+  }
+}
+
+TEST(HashedStorage, an_insertion_that_fails_without_growth_changes_nothing) {
+  for (int nth = 1; nth <= 5; ++nth) {
+    TroubledSet set;
+    for (const std::int32_t key : {1, 194, 387}) set.insert_unique(TroubledKey(key));
+    TroubledKey::arm(TroubledKey::Hashing | TroubledKey::Comparison | TroubledKey::Copying, nth);
+    EXPECT_THROW(set.insert_unique(TroubledKey(580)), Trouble) << nth;
+    TroubledKey::arm(TroubledKey::All, 0);
+    ASSERT_EQ(keys_in_order(set), (std::vector<std::int32_t>{387, 194, 1}));
+    ASSERT_EQ(TroubledKey::alive, 3);
+    EXPECT_TRUE(set.insert_unique(TroubledKey(580)).inserted);
+  }
+}
+
+TEST(HashedStorage, clear_finishes_although_elements_throw) {
+  for (int nth = 1; nth <= 300; nth += 13) {
+    TroubledSet set;
+    for (std::int32_t key = 0; key < 300; ++key) set.insert_unique(TroubledKey(key));
+    TroubledKey::arm(TroubledKey::Destruction, nth);
+    EXPECT_THROW(set.clear(), Trouble);
+    TroubledKey::arm(TroubledKey::All, 0);
+    EXPECT_TRUE(set.empty());
+    ASSERT_EQ(TroubledKey::alive, 0);
+    ASSERT_TRUE(HashedStorageInspector::check(set));
+  }
+}
+
+TEST(HashedStorage, a_removal_that_throws_has_removed) {
+  TroubledSet set;
+  for (std::int32_t key = 0; key < 10; ++key) set.insert_unique(TroubledKey(key));
+  TroubledKey::arm(TroubledKey::Destruction, 1);
+  EXPECT_THROW(set.erase(TroubledKey(3)), Trouble);
+  TroubledKey::arm(TroubledKey::All, 0);
+  EXPECT_EQ(set.count(TroubledKey(3)), 0U);
+  EXPECT_EQ(set.size(), 9U);
+  EXPECT_EQ(TroubledKey::alive, 9);
+  EXPECT_TRUE(HashedStorageInspector::check(set));
+}
+
+TEST(HashedStorage, finds_all_keys_of_one_bucket) {
+  IntegerSet set(50000);
+  const auto buckets = static_cast<std::int32_t>(set.bucket_count());
+  for (std::int32_t i = 0; i < 500; ++i) set.insert_unique(i * buckets);
+  for (std::int32_t i = 0; i < 500; ++i) EXPECT_EQ(set.count(i * buckets), 1U);
+  EXPECT_EQ(set.count(3), 0U);
+}
+
+}  // namespace
