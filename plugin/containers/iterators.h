@@ -2,7 +2,9 @@
 #ifndef ZRB_PLUGIN_CONTAINERS_ITERATORS_H
 #define ZRB_PLUGIN_CONTAINERS_ITERATORS_H
 
+#include <cstddef>
 #include <new>
+#include <utility>
 
 #include "containers/instance.h"
 #include "host/services.h"
@@ -17,6 +19,9 @@ struct IteratorData {
   alignas(typename C::Position) unsigned char record[sizeof(typename C::Position)];
 };
 
+/// What registration rounds an iterator's declared size up to; see `declared_iterator_size`.
+inline constexpr std::size_t registered_iterator_size = sizeof(void*) == 4 ? 16 : 32;
+
 /// The iterator's position; null when it has none, as in one that a program made with New.
 template <class C>
 typename C::Position* position_of(REALobject iterator) {
@@ -26,6 +31,7 @@ typename C::Position* position_of(REALobject iterator) {
 /// A new iterator object at `position`, owned by the caller; nil when the host refuses it.
 template <class C>
 REALobject new_iterator(const typename C::Position& position) {
+  static_assert(sizeof(IteratorData<C>) <= registered_iterator_size);
   REALobject iterator = REALnewInstance(C::iterator_name.text);
   if (iterator == nullptr) return nullptr;
   auto& data = instance_data<IteratorData<C>>(iterator, ClassRecord<C>::iterator);
