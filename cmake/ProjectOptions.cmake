@@ -11,6 +11,8 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 if(NOT CMAKE_BUILD_TYPE)
   set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Build type" FORCE)
 endif()
+# Lines for backtraces; for stepping through variables, configure with -DCMAKE_BUILD_TYPE=Debug.
+set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1")
 
 option(ZRB_32_BIT "Build for the host's own 32-bit binary interface" OFF)
 option(ZRB_SANITIZE "Build with the Address and Undefined Behaviour sanitizers" OFF)
@@ -29,3 +31,9 @@ if(ZRB_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
+
+# The standard headers that most files of the stand-in host and the tests include; parsing them once
+# halves the build.
+set(ZRB_COMMON_HEADERS
+  <algorithm> <cstdint> <functional> <map> <memory> <optional> <set> <span> <sstream> <string>
+  <string_view> <unordered_map> <variant> <vector>)
