@@ -1,0 +1,125 @@
+// Choosing among the forms of a routine by the types of the arguments.
+#include "language/overloads.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "language/conversions.h"
+
+namespace standin::language {
+namespace {
+
+std::size_t required_arguments(const Candidate& candidate) {
+  return static_cast<std::size_t>(std::count_if(candidate.formals.begin(), candidate.formals.end(),
+                                                [](const Formal& f) { return !f.optional; }));
+}
+
+bool takes_count(const Candidate& candidate, std::size_t count) {
+  return count >= required_arguments(candidate) && count <= candidate.formals.size();
+}
+
+// "What cannot be given" of one argument; "" if it can.
+std::string mismatch(const Formal& formal, const Expression& argument) {
+  if (formal.by_ref) {
+    if (!argument.is_variable()) return "a ByRef parameter needs a variable";
+    if (argument.type() == formal.type) return {};
+    return "a ByRef parameter of type " + name(formal.type) + " cannot take a variable of type " +
+           described_type(argument);
+  }
+  if (conversion_cost(argument, formal.type) != impossible) return {};
+  return described_type(argument) + " cannot be converted to " + name(formal.type);
+}
+
+// Saturates; `impossible` if the candidate does not fit.
+std::uint64_t cost_of(const Candidate& candidate, const std::vector<Code>& arguments) {
+  if (!takes_count(candidate, arguments.size())) return impossible;
+  std::uint64_t cost = 0;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (!mismatch(candidate.formals[i], *arguments[i]).empty()) return impossible;
+    if (candidate.formals[i].by_ref) continue;
+    const std::uint64_t step = conversion_cost(*arguments[i], candidate.formals[i].type);
+    cost = std::min(cost + step, impossible - 1);
+  }
+  return cost;
+}
+
+std::string counted(std::size_t count) {
+  return count == 0   ? "no arguments"
+         : count == 1 ? "1 argument"
+                      : std::to_string(count) + " arguments";
+}
+
+[[noreturn]] void fail_single(const std::string& what, const Candidate& candidate,
+                              const std::vector<Code>& arguments, Position position) {
+  const std::size_t required = required_arguments(candidate);
+  if (!takes_count(candidate, arguments.size())) {
+    const std::size_t most = candidate.formals.size();
+    const std::string takes =
+        required == most ? counted(most) : std::to_string(required) + " to " + counted(most);
+    throw SourceError(position, what + " takes " + takes + ", not " +
+                                    std::to_string(arguments.size()) + ": " +
+                                    candidate.description);
+  }
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string problem = mismatch(candidate.formals[i], *arguments[i]);
+    if (!problem.empty()) {
+      throw SourceError(position, "argument " + std::to_string(i + 1) + " of " + what + ": " +
+                                      problem + ", in " + candidate.description);
+    }
+  }
+  throw SourceError(position, what + " cannot be called so: " + candidate.description);
+}
+
+std::string types_of(const std::vector<Code>& arguments) {
+  std::string types;
+  for (const Code& argument : arguments) {
+    types += (types.empty() ? "" : ", ") + described_type(*argument);
+  }
+  return "(" + types + ")";
+}
+
+}  // namespace
+
+std::size_t choose_overload(const std::string& what, const std::vector<Candidate>& candidates,
+                            const std::vector<Code>& arguments, Position position) {
+  std::size_t best = 0;
+  std::size_t rival = 0;
+  std::uint64_t best_cost = impossible;
+  std::uint64_t rival_cost = impossible;
+  for (std::size_t i = 0; i < candidates.size(); ++i) {
+    const std::uint64_t cost = cost_of(candidates[i], arguments);
+    if (cost < best_cost) {
+      best = i;
+      best_cost = cost;
+      rival_cost = impossible;
+    } else if (cost == best_cost) {
+      rival = i;
+      rival_cost = cost;
+    }
+  }
+  if (best_cost == impossible) {
+    if (candidates.size() == 1) fail_single(what, candidates.front(), arguments, position);
+    std::string forms;
+    for (const Candidate& candidate : candidates) forms += "\n        " + candidate.description;
+    throw SourceError(position,
+                      "no form of " + what + " takes " + types_of(arguments) + ":" + forms);
+  }
+  if (rival_cost != impossible) {
+    throw SourceError(position, what + types_of(arguments) + " could be two things:\n        " +
+                                    candidates[best].description + "\n        " +
+                                    candidates[rival].description);
+  }
+  return best;
+}
+
+std::vector<Code> convert_arguments(const Candidate& candidate, std::vector<Code> arguments,
+                                    Position position) {
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (!candidate.formals[i].by_ref) {
+      arguments[i] = convert(std::move(arguments[i]), candidate.formals[i].type, position);
+    }
+  }
+  return arguments;
+}
+
+}  // namespace standin::language

@@ -1,0 +1,72 @@
+// What the real language has and this one leaves out, refused by name.
+#include "language/refused.h"
+
+#include <array>
+#include <string_view>
+
+#include "runtime/types.h"
+
+namespace standin::language {
+namespace {
+
+struct Refused {
+  std::string_view word;
+  std::string_view reason;
+};
+
+constexpr std::string_view classes = "programs use classes, they do not define any";
+constexpr std::string_view access = "a Sub or Function is written without access modifiers";
+constexpr std::string_view events = "console programs handle no events";
+constexpr std::string_view self = "a program's body and its routines belong to no object";
+
+constexpr auto refused_words = std::to_array<Refused>({
+    {"addhandler", events},
+    {"addressof", "routines cannot be passed as values"},
+    {"class", classes},
+    {"declare", "programs call no system libraries"},
+    {"delegate", "routines cannot be passed as values"},
+    {"enum", "use Const for names of numbers"},
+    {"event", events},
+    {"exception", "use Try and Catch"},
+    {"extends", "routines are called by their names"},
+    {"global", access},
+    {"goto", "use loops, Exit and Continue"},
+    {"implements", classes},
+    {"inherits", classes},
+    {"inline68k", "there is no machine code"},
+    {"interface", classes},
+    {"lib", "programs call no system libraries"},
+    {"me", self},
+    {"module", "Sub and Function stand beside the program's body"},
+    {"namespace", "Sub and Function stand beside the program's body"},
+    {"paramarray", "pass an array"},
+    {"private", access},
+    {"property", classes},
+    {"protected", access},
+    {"public", access},
+    {"raiseevent", events},
+    {"removehandler", events},
+    {"self", self},
+    {"shared", access},
+    {"soft", "programs call no system libraries"},
+    {"structure", "use a class or arrays"},
+    {"super", self},
+    {"using", "names need no module"},
+    {"weakaddressof", "routines cannot be passed as values"},
+    {"with", "write the object's name before each member"},
+});
+
+}  // namespace
+
+std::string refusal(const Token& word) {
+  if (word.kind != TokenKind::keyword) return {};
+  for (const Refused& row : refused_words) {
+    if (row.word != word.text) continue;
+    std::string name(row.word);
+    name.front() = static_cast<char>(name.front() - 'a' + 'A');
+    return "\"" + name + "\" is not part of the language here: " + std::string(row.reason);
+  }
+  return {};
+}
+
+}  // namespace standin::language

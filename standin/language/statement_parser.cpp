@@ -1,0 +1,506 @@
+// The parser of statements, blocks and definitions.
+#include "language/statement_parser.h"
+
+#include <algorithm>
+
+#include "language/lexer.h"
+#include "language/parser.h"
+#include "language/refused.h"
+#include "runtime/types.h"
+
+namespace standin::language {
+namespace {
+
+constexpr int deepest_blocks = 100;
+
+}  // namespace
+
+bool StatementParser::at_statement_end() const {
+  return peek().ends_statement() || (one_line_ && at_keyword("else"));
+}
+
+void StatementParser::end_of_statement() {
+  if (one_line_) {
+    if (!at_statement_end()) fail_expecting("the end of the statement");
+    return;
+  }
+  if (!peek().ends_statement()) fail_expecting("the end of the line");
+  take();
+}
+
+void StatementParser::end_with(std::string_view keyword, const Token& opening) {
+  if (!at_keyword("end") || !peek(1).is_keyword(keyword)) {
+    fail(opening.position, "\"" + opening.text + "\" has no \"End " + std::string(keyword) + "\"");
+  }
+  take();
+  take();
+}
+
+BlockSyntax StatementParser::block(const Token& opening,
+                                   std::initializer_list<std::string_view> terminators) {
+  if (++block_depth_ > deepest_blocks) {
+    fail(opening.position,
+         "blocks are nested too deeply (more than " + std::to_string(deepest_blocks) + " levels)");
+  }
+  BlockSyntax statements;
+  const auto terminates = [&](std::string_view word) { return at_keyword(word); };
+  while (std::none_of(terminators.begin(), terminators.end(), terminates)) {
+    if (peek().kind == TokenKind::end_of_file) {
+      fail(opening.position, "\"" + opening.text + "\" is not closed before the program ends");
+    }
+    statements.push_back(statement());
+  }
+  --block_depth_;
+  return statements;
+}
+
+ProgramSyntax StatementParser::program() {
+  ProgramSyntax program;
+  while (peek().kind != TokenKind::end_of_file) {
+    if (at_keyword("sub") || at_keyword("function")) {
+      program.functions.push_back(function());
+    } else {
+      program.body.push_back(statement());
+    }
+  }
+  return program;
+}
+
+StatementSyntax StatementParser::statement() {
+  StatementSyntax statement = simple_statement();
+  end_of_statement();
+  return statement;
+}
+
+StatementSyntax StatementParser::simple_statement() {
+  const Token& token = peek();
+  const Position position = token.position;
+  if (token.kind == TokenKind::name) {
+    std::size_t last_arguments = 0;
+    ExpressionPointer target = chain(last_arguments);
+    if (take_symbol("=")) {
+      return {position, AssignSyntax{std::move(target), expression()}};
+    }
+    if (!at_statement_end()) {
+      // Arguments without parentheses; what looked like enclosed arguments may be the start of the
+      // first one, as in `Print (a) + b`.
+      if (last_arguments != 0) {
+        target = ExpressionPointer(std::move(std::get<CallSyntax>(target->form).callee));
+        go_back_to(last_arguments);
+      }
+      target = call(std::move(target), expressions());
+    }
+    return {position, CallStatementSyntax{std::move(target), false}};
+  }
+  if (token.kind != TokenKind::keyword) fail_expecting("a statement");
+
+  const std::string& word = token.text;
+  if (word == "dim" || word == "static") return {position, dim()};
+  if (word == "const") return {position, constant()};
+  if (word == "redim") return {position, redim()};
+  if (word == "if") return {position, if_()};
+  if (word == "for") return for_();
+  if (word == "while") return {position, while_()};
+  if (word == "do") return {position, do_()};
+  if (word == "select") return {position, select()};
+  if (word == "try") return {position, try_()};
+  if (word == "exit") {
+    take();
+    return {position, ExitSyntax{leave_target(true)}};
+  }
+  if (word == "continue") {
+    take();
+    return {position, ContinueSyntax{leave_target(false)}};
+  }
+  if (word == "raise") {
+    take();
+    return {position, RaiseSyntax{expression()}};
+  }
+  if (word == "return") {
+    take();
+    return {position, ReturnSyntax{at_statement_end() ? nullptr : expression()}};
+  }
+  if (word == "call") {
+    take();
+    std::size_t last_arguments = 0;
+    return {position, CallStatementSyntax{chain(last_arguments), true}};
+  }
+  fail_at_stray_keyword(token);
+}
+
+void StatementParser::fail_at_stray_keyword(const Token& token) const {
+  const std::string reason = refusal(token);
+  if (!reason.empty()) fail(token.position, reason);
+  if (token.text == "sub" || token.text == "function") {
+    fail(token.position, "a Sub or Function can be defined only outside of blocks and routines");
+  }
+  if (token.text == "end") {
+    const bool has_word = peek(1).kind == TokenKind::keyword;
+    fail(token.position, has_word ? "\"End " + peek(1).text + "\" without its beginning"
+                                  : "\"End\" needs the word of the block that it closes");
+  }
+  for (const std::string_view closing :
+       {"next", "wend", "loop", "else", "elseif", "case", "catch", "finally"}) {
+    if (token.text == closing) {
+      fail(token.position, "\"" + token.text + "\" without the statement that it belongs to");
+    }
+  }
+  fail_expecting("a statement");
+}
+
+DimSyntax StatementParser::dim() {
+  DimSyntax form;
+  form.is_static = take().text == "static";
+  do {
+    DimSyntax::Variable variable;
+    variable.position = peek().position;
+    variable.name = require_name("a variable");
+    if (take_symbol("(")) {
+      variable.is_array = true;
+      if (!at_symbol(")")) variable.upper_bound = expression();
+      if (at_symbol(",")) {
+        fail(peek().position,
+             "arrays of more than one dimension are not part of the language here");
+      }
+      require_symbol(")");
+    }
+    form.variables.push_back(std::move(variable));
+  } while (take_symbol(","));
+  require_keyword("as", "As");
+  form.is_new = take_keyword("new");
+  form.type = type();
+  if (form.is_new && take_symbol("(")) form.arguments = enclosed_arguments();
+  if (!form.is_new && take_symbol("=")) form.initial = expression();
+  return form;
+}
+
+ConstSyntax StatementParser::constant() {
+  take();
+  ConstSyntax form;
+  form.name = require_name("a constant");
+  if (take_keyword("as")) type(false);  // the value tells its type
+  require_symbol("=");
+  form.value = expression();
+  return form;
+}
+
+ReDimSyntax StatementParser::redim() {
+  take();
+  ReDimSyntax form;
+  do {
+    ReDimSyntax::Array array;
+    const Position position = peek().position;
+    array.array = make(position, NameSyntax{require_name("an array")}, 1);
+    require_symbol("(");
+    array.upper_bound = expression();
+    if (at_symbol(",")) {
+      fail(peek().position, "arrays of more than one dimension are not part of the language here");
+    }
+    require_symbol(")");
+    form.arrays.push_back(std::move(array));
+  } while (take_symbol(","));
+  return form;
+}
+
+IfSyntax StatementParser::if_() {
+  const Token& opening = take();
+  IfSyntax form;
+  IfSyntax::Branch first;
+  first.condition = expression();
+  require_keyword("then", "Then");
+  if (!peek().ends_statement()) {
+    form.branches.push_back(std::move(first));
+    one_line_if(form);
+    return form;
+  }
+  if (one_line_) fail_expecting("a statement");
+  end_of_statement();
+  first.body = block(opening, {"elseif", "else", "end"});
+  form.branches.push_back(std::move(first));
+  while (take_keyword("elseif")) {
+    IfSyntax::Branch branch;
+    branch.condition = expression();
+    require_keyword("then", "Then");
+    end_of_statement();
+    branch.body = block(opening, {"elseif", "else", "end"});
+    form.branches.push_back(std::move(branch));
+  }
+  if (take_keyword("else")) {
+    end_of_statement();
+    form.otherwise = block(opening, {"end"});
+  }
+  end_with("if", opening);
+  return form;
+}
+
+void StatementParser::one_line_if(IfSyntax& form) {
+  if (++block_depth_ > deepest_blocks) fail(peek().position, "If is nested too deeply");
+  const bool outer = std::exchange(one_line_, true);
+  const auto branch = [&] {
+    const Token& token = peek();
+    for (const std::string_view refused : {"for", "while", "do", "select", "try", "dim", "const"}) {
+      if (token.is_keyword(refused)) {
+        fail(token.position, "\"" + token.text + "\" cannot stand in an If of one line");
+      }
+    }
+    BlockSyntax body;
+    body.push_back(simple_statement());
+    return body;
+  };
+  form.branches.back().body = branch();
+  if (take_keyword("else")) form.otherwise = branch();
+  one_line_ = outer;
+  --block_depth_;
+}
+
+void StatementParser::next(const std::string& variable) {
+  take();
+  if (peek().ends_statement()) return;
+  const Position position = peek().position;
+  const std::string name = require_name("a variable");
+  if (!same_name(name, variable)) {
+    fail(position,
+         "this \"Next\" belongs to the loop over \"" + variable + "\", not \"" + name + "\"");
+  }
+}
+
+StatementSyntax StatementParser::for_() {
+  const Token& opening = take();
+  if (take_keyword("each")) return {opening.position, for_each(opening)};
+  return {opening.position, counting_for(opening)};
+}
+
+ForSyntax StatementParser::counting_for(const Token& opening) {
+  ForSyntax form;
+  form.variable_position = peek().position;
+  form.variable = require_name("a variable");
+  if (take_keyword("as")) form.declared_type = type(false);
+  require_symbol("=");
+  form.first = expression();
+  form.downwards = take_keyword("downto");
+  if (!form.downwards && !take_keyword("to")) fail_expecting("\"To\" or \"DownTo\"");
+  form.last = expression();
+  if (take_keyword("step")) form.step = expression();
+  end_of_statement();
+  form.body = block(opening, {"next"});
+  next(form.variable);
+  return form;
+}
+
+ForEachSyntax StatementParser::for_each(const Token& opening) {
+  ForEachSyntax form;
+  form.variable_position = peek().position;
+  form.variable = require_name("a variable");
+  if (take_keyword("as")) form.declared_type = type(false);
+  require_keyword("in", "In");
+  form.array = expression();
+  end_of_statement();
+  form.body = block(opening, {"next"});
+  next(form.variable);
+  return form;
+}
+
+WhileSyntax StatementParser::while_() {
+  const Token& opening = take();
+  WhileSyntax form;
+  form.condition = expression();
+  end_of_statement();
+  form.body = block(opening, {"wend"});
+  take();
+  return form;
+}
+
+std::optional<DoSyntax::Condition> StatementParser::do_condition() {
+  if (take_keyword("until")) return DoSyntax::Condition{true, expression()};
+  if (take_keyword("while")) return DoSyntax::Condition{false, expression()};
+  return std::nullopt;
+}
+
+DoSyntax StatementParser::do_() {
+  const Token& opening = take();
+  DoSyntax form;
+  form.before = do_condition();
+  end_of_statement();
+  form.body = block(opening, {"loop"});
+  take();
+  form.after = do_condition();
+  return form;
+}
+
+SelectSyntax::Test StatementParser::case_test() {
+  SelectSyntax::Test test;
+  if (take_keyword("is")) {
+    static constexpr std::pair<std::string_view, BinaryOperator> operators[] = {
+        {"=", BinaryOperator::equal},       {"<>", BinaryOperator::unequal},
+        {"<", BinaryOperator::less},        {">", BinaryOperator::greater},
+        {"<=", BinaryOperator::less_equal}, {">=", BinaryOperator::greater_equal}};
+    const auto* row =
+        std::find_if(std::begin(operators), std::end(operators),
+                     [&](const auto& candidate) { return at_symbol(candidate.first); });
+    if (row == std::end(operators)) fail_expecting("a comparison such as \">=\"");
+    take();
+    test.operation = row->second;
+    test.low = expression();
+    return test;
+  }
+  test.low = expression();
+  if (take_keyword("to")) test.high = expression();
+  return test;
+}
+
+SelectSyntax StatementParser::select() {
+  const Token& opening = take();
+  require_keyword("case", "Case");
+  SelectSyntax form;
+  form.selector = expression();
+  end_of_statement();
+  while (at_keyword("case") && !peek(1).is_keyword("else")) {
+    take();
+    SelectSyntax::Case branch;
+    do {
+      branch.tests.push_back(case_test());
+    } while (take_symbol(","));
+    end_of_statement();
+    branch.body = block(opening, {"case", "else", "end"});
+    form.cases.push_back(std::move(branch));
+  }
+  if (at_keyword("case") || at_keyword("else")) {
+    take_keyword("case");
+    take_keyword("else");
+    end_of_statement();
+    form.otherwise = block(opening, {"case", "else", "end"});
+    if (!at_keyword("end")) fail_expecting("\"End Select\" after the Else of a Select Case");
+  }
+  if (!at_keyword("end") && peek().kind != TokenKind::end_of_file) {
+    fail_expecting("\"Case\" or \"End Select\"");
+  }
+  end_with("select", opening);
+  return form;
+}
+
+TrySyntax StatementParser::try_() {
+  const Token& opening = take();
+  TrySyntax form;
+  end_of_statement();
+  form.body = block(opening, {"catch", "finally", "end"});
+  while (at_keyword("catch")) {
+    TrySyntax::Catch handler;
+    handler.position = take().position;
+    if (!peek().ends_statement()) {
+      handler.variable = require_name("a variable");
+      if (take_keyword("as")) handler.type = type(false);
+    }
+    end_of_statement();
+    handler.body = block(opening, {"catch", "finally", "end"});
+    form.catches.push_back(std::move(handler));
+  }
+  if (take_keyword("finally")) {
+    end_of_statement();
+    form.finally = block(opening, {"catch", "end"});
+    if (at_keyword("catch")) fail(peek().position, "\"Catch\" cannot follow \"Finally\"");
+  } else if (form.catches.empty()) {
+    fail(opening.position, "\"Try\" needs a \"Catch\" or a \"Finally\"");
+  }
+  end_with("try", opening);
+  return form;
+}
+
+LeaveTarget StatementParser::leave_target(bool routines_allowed) {
+  if (take_keyword("for")) return LeaveTarget::for_;
+  if (take_keyword("while")) return LeaveTarget::while_;
+  if (take_keyword("do")) return LeaveTarget::do_;
+  if (routines_allowed && take_keyword("sub")) return LeaveTarget::sub;
+  if (routines_allowed && take_keyword("function")) return LeaveTarget::function;
+  if (!at_statement_end()) {
+    fail_expecting(routines_allowed ? "\"For\", \"While\", \"Do\", \"Sub\", \"Function\" or nothing"
+                                    : "\"For\", \"While\", \"Do\" or nothing");
+  }
+  return LeaveTarget::innermost;
+}
+
+ParameterSyntax StatementParser::parameter() {
+  ParameterSyntax parameter;
+  bool optional = false;
+  while (true) {
+    if (take_keyword("byref")) {
+      parameter.by_ref = true;
+    } else if (take_keyword("optional")) {
+      optional = true;
+    } else if (take_keyword("assigns")) {
+      parameter.assigns = true;
+    } else if (!take_keyword("byval")) {
+      break;
+    }
+  }
+  parameter.position = peek().position;
+  parameter.name = require_name("a parameter");
+  bool is_array = false;
+  if (take_symbol("(")) {
+    require_symbol(")");
+    is_array = true;
+  }
+  require_keyword("as", "As");
+  parameter.type = type(!is_array);
+  parameter.type.is_array = parameter.type.is_array || is_array;
+  if (take_symbol("=")) {
+    if (!optional) {
+      fail(parameter.position, "a parameter with a default value must be marked Optional");
+    }
+    parameter.default_value = expression();
+  } else if (optional) {
+    fail(parameter.position, "an Optional parameter needs a default value");
+  }
+  if (optional && (parameter.by_ref || parameter.assigns || parameter.type.is_array)) {
+    fail(parameter.position, "an Optional parameter can be neither ByRef, Assigns nor an array");
+  }
+  return parameter;
+}
+
+FunctionSyntax StatementParser::function() {
+  const Token& opening = take();
+  const bool has_result = opening.text == "function";
+  FunctionSyntax function;
+  function.position = peek().position;
+  function.name = require_name(has_result ? "a Function" : "a Sub");
+  if (take_symbol("(") && !take_symbol(")")) {
+    do {
+      if (!function.parameters.empty() && function.parameters.back().assigns) {
+        fail(peek().position, "the parameter marked Assigns must be the last one");
+      }
+      function.parameters.push_back(parameter());
+      const std::size_t count = function.parameters.size();
+      if (count > 1 && function.parameters[count - 2].default_value &&
+          !function.parameters.back().default_value && !function.parameters.back().assigns) {
+        fail(function.parameters.back().position,
+             "a parameter after an Optional one must be Optional too");
+      }
+    } while (take_symbol(","));
+    require_symbol(")");
+  }
+  if (has_result) {
+    require_keyword("as", "As");
+    function.result = type();
+  } else if (at_keyword("as")) {
+    fail(peek().position, "a Sub has no result: write Function");
+  }
+  end_of_statement();
+  function.body = block(opening, {"end"});
+  end_with(has_result ? "function" : "sub", opening);
+  end_of_statement();
+  return function;
+}
+
+ProgramSyntax parse_program(const std::vector<Token>& tokens) {
+  return StatementParser(tokens).program();
+}
+
+ExpressionPointer parse_expression(std::string_view text) {
+  std::vector<Token> tokens = tokenize_line(text, 0);
+  tokens.emplace_back();
+  ExpressionParser parser(tokens);
+  ExpressionPointer expression = parser.expression();
+  if (parser.peek().kind != TokenKind::end_of_file) parser.fail_expecting("nothing more");
+  return expression;
+}
+
+}  // namespace standin::language

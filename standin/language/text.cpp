@@ -1,0 +1,98 @@
+// What the language does with strings: joining, comparing, searching.
+#include "language/text.h"
+
+#include <algorithm>
+#include <string>
+
+#include "runtime/encodings.h"
+#include "runtime/strings.h"
+
+namespace standin::language {
+
+char lower_ascii(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+SameEncoding::SameEncoding(REALstring a, REALstring b)
+    : a_(StringRef::share(a)), b_(StringRef::share(b)), encoding_(standin::encoding(a)) {
+  const std::uint32_t other = standin::encoding(b);
+  if (encoding_ == other) return;
+  if (!encodings::is_known(encoding_) || !encodings::is_known(other)) {
+    encoding_ = host_encoding::as_stored;
+    return;
+  }
+  // ASCII is UTF-8 already.
+  if (encoding_ == host_encoding::utf8 && other == host_encoding::ascii) return;
+  StringRef converted_a = convert(a, host_encoding::utf8);
+  StringRef converted_b = convert(b, host_encoding::utf8);
+  encoding_ = host_encoding::utf8;
+  if ((converted_a || bytes(a).empty()) && (converted_b || bytes(b).empty())) {
+    a_ = std::move(converted_a);
+    b_ = std::move(converted_b);
+  } else {
+    encoding_ = host_encoding::as_stored;  // ill-formed text is compared as it is
+  }
+}
+
+std::string_view SameEncoding::a() const {
+  return bytes(a_.get());
+}
+std::string_view SameEncoding::b() const {
+  return bytes(b_.get());
+}
+
+StringRef join(REALstring a, REALstring b) {
+  if (bytes(b).empty()) return StringRef::share(a);
+  if (bytes(a).empty()) return StringRef::share(b);
+  const SameEncoding same(a, b);
+  std::string joined;
+  joined.reserve(same.a().size() + same.b().size());
+  joined += same.a();
+  joined += same.b();
+  return make_string(joined, same.encoding());
+}
+
+int compare(std::string_view a, std::string_view b) {
+  const std::size_t common = std::min(a.size(), b.size());
+  for (std::size_t at = 0; at < common; ++at) {
+    if (a[at] == b[at]) continue;
+    const auto left = static_cast<unsigned char>(lower_ascii(a[at]));
+    const auto right = static_cast<unsigned char>(lower_ascii(b[at]));
+    if (left != right) return left < right ? -1 : 1;
+  }
+  return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
+}
+
+int compare(REALstring a, REALstring b) {
+  if (encoding(a) == encoding(b)) return compare(bytes(a), bytes(b));
+  const SameEncoding same(a, b);
+  return compare(same.a(), same.b());
+}
+
+bool equal(REALstring a, REALstring b) {
+  if (a == b) return true;
+  if (encoding(a) == encoding(b) && bytes(a).size() != bytes(b).size()) return false;
+  return compare(a, b) == 0;
+}
+
+int compare_with_case_ties(REALstring a, REALstring b) {
+  const SameEncoding same(a, b);
+  const int order = compare(same.a(), same.b());
+  return order != 0 ? order : same.a().compare(same.b());
+}
+
+int compare_bytes(REALstring a, REALstring b) {
+  const int order = bytes(a).compare(bytes(b));
+  return order == 0 ? 0 : order < 0 ? -1 : 1;
+}
+
+std::size_t find(std::string_view text, std::string_view part, std::size_t from) {
+  if (from > text.size()) return std::string_view::npos;
+  const auto same = [](char x, char y) { return x == y || lower_ascii(x) == lower_ascii(y); };
+  const auto found = std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(),
+                                 part.begin(), part.end(), same);
+  if (found == text.end() && !part.empty()) return std::string_view::npos;
+  return static_cast<std::size_t>(found - text.begin());
+}
+
+}  // namespace standin::language

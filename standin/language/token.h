@@ -1,0 +1,54 @@
+// Tokens: what a program's text consists of.
+#ifndef ZRB_STANDIN_LANGUAGE_TOKEN_H
+#define ZRB_STANDIN_LANGUAGE_TOKEN_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "language/source.h"
+
+namespace standin::language {
+
+enum class TokenKind : std::uint8_t {
+  name,         // a word that is no keyword
+  keyword,      // in lower case in `text`
+  integer,      // in `integer`
+  real,         // in `real`
+  string,       // without its quotes, in `text`
+  color,        // in `integer`
+  symbol,       // in `text`
+  end_of_line,  // of a statement: continued lines have one for all
+  end_of_file,
+};
+
+struct Token {
+  TokenKind kind = TokenKind::end_of_file;
+  Position position;
+  std::string text;  // of a word: as written, but for keywords
+  std::int64_t integer = 0;
+  double real = 0;
+  bool is_wide = false;      // an integer literal that needs 64 bits
+  bool after_blank = false;  // a blank or the line's start stands before it
+
+  bool is_keyword(std::string_view word) const {
+    return kind == TokenKind::keyword && text == word;
+  }
+  bool is_symbol(std::string_view symbol) const {
+    return kind == TokenKind::symbol && text == symbol;
+  }
+  bool ends_statement() const {
+    return kind == TokenKind::end_of_line || kind == TokenKind::end_of_file;
+  }
+};
+
+// For messages: "the name x", "the end of the line".
+std::string describe(const Token& token);
+
+// Words that cannot be names of variables and routines. The language reserves more than the
+// statements known here, so that a program stays one that the real host accepts.
+bool is_keyword(std::string_view lower_case_word);
+
+}  // namespace standin::language
+
+#endif

@@ -1,0 +1,133 @@
+// Arrays and the routines on them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "script_runner.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+TEST(Arrays, bounds_count_from_zero) {
+  EXPECT_EQ(output_of("Dim a() As Integer\nDim b(4) As String\nDim c(-1) As Double\n"
+                      "Print Str(UBound(a)) + Str(b.UBound) + Str(UBound(c))\n"
+                      "b(0) = \"x\"\nb(4) = \"y\"\nPrint b(0) + b(4) + \"[\" + b(2) + \"]\"\n"),
+            "-14-1\nxy[]\n");
+}
+
+TEST(Arrays, bounds_are_constants_of_minus_one_or_more) {
+  EXPECT_THAT(error_of("Dim n As Integer\nDim a(n) As Integer"), HasSubstr("needs a constant"));
+  EXPECT_THAT(error_of("Dim a(-2) As Integer"), HasSubstr("-1 or more"));
+  EXPECT_THAT(error_of("Dim a(1, 2) As Integer"), HasSubstr("more than one dimension"));
+  EXPECT_THAT(error_of("Dim a As Integer()"), HasSubstr("a() As Integer"));
+}
+
+TEST(Arrays, elements_of_every_type_keep_what_they_are_given) {
+  EXPECT_EQ(output_of("Dim a(0) As Integer\na(0) = 1.9\n"
+                      "Dim b(0) As Int64\nb(0) = 5000000000\n"
+                      "Dim c(0) As Double\nc(0) = 1\n"
+                      "Dim d(0) As Boolean\nd(0) = True\n"
+                      "Dim e(0) As Variant\ne(0) = \"v\"\n"
+                      "Dim f(0) As Dictionary\nf(0) = New Dictionary\nf(0).Value(1) = 2\n"
+                      "Dim g(0) As Currency\ng(0) = 0.5\n"
+                      "Dim h(0) As Single\nh(0) = 0.1\n"
+                      "Dim i(0) As Color\ni(0) = &c010203\n"
+                      "Print Str(a(0)) + \" \" + Str(b(0)) + \" \" + Str(c(0)) + \" \" + "
+                      "Str(d(0)) + \" \" + e(0) + \" \" + Str(f(0).Count) + \" \" + Str(g(0)) + "
+                      "\" \" + Str(h(0)) + \" \" + Str(i(0) = &c010203)\n"),
+            "1 5000000000 1 True v 1 0.5 0.1 True\n");
+}
+
+TEST(Arrays, an_index_out_of_range_raises) {
+  EXPECT_THAT(exception_of("Dim a(2) As Integer\na(3) = 1"), HasSubstr("OutOfBoundsException"));
+  EXPECT_THAT(exception_of("Dim a(2) As String\nPrint a(-1)"), HasSubstr("OutOfBoundsException"));
+  EXPECT_THAT(exception_of("Dim a() As Integer\nPrint Str(a(0))"),
+              HasSubstr("OutOfBoundsException"));
+}
+
+TEST(Arrays, an_array_variable_is_a_reference) {
+  EXPECT_EQ(output_of("Dim a(1) As Integer\nDim b() As Integer = a\nb(0) = 5\nFill a\n"
+                      "Print Str(a(0)) + Str(b(1)) + Str(a Is b)\n"
+                      "Sub Fill(x() As Integer)\n  x(1) = 7\nEnd Sub\n"),
+            "57True\n");
+}
+
+TEST(Arrays, redim_keeps_the_content) {
+  EXPECT_EQ(output_of("Dim a(1) As Integer\na(1) = 5\nDim n As Integer = 3\nReDim a(n)\n"
+                      "Print Str(UBound(a)) + Str(a(1)) + Str(a(3))\nReDim a(-1)\n"
+                      "Print Str(UBound(a))\n"),
+            "350\n-1\n");
+  EXPECT_THAT(exception_of("Dim a() As Integer\nReDim a(-2)"), HasSubstr("OutOfBoundsException"));
+  EXPECT_THAT(error_of("Dim a As Integer\nReDim a(1)"), HasSubstr("is no array"));
+}
+
+TEST(Arrays, elements_are_appended_inserted_and_removed) {
+  EXPECT_EQ(output_of("Dim a() As String\na.Append \"b\"\na.Append(\"d\")\na.Insert 0, \"a\"\n"
+                      "a.Insert 2, \"c\"\nPrint Join(a, \",\")\na.Remove 1\n"
+                      "Print Join(a) + \" \" + a.Pop + Str(UBound(a))\n"),
+            "a,b,c,d\na c d d1\n");
+  EXPECT_THAT(exception_of("Dim a() As Integer\na.Remove 0"), HasSubstr("OutOfBoundsException"));
+  EXPECT_THAT(exception_of("Dim a() As Integer\na.Insert 1, 5"), HasSubstr("OutOfBounds"));
+  EXPECT_THAT(exception_of("Dim a() As Integer\nCall a.Pop"), HasSubstr("OutOfBoundsException"));
+  EXPECT_THAT(error_of("Dim a() As Integer\na.Append \"x\""), HasSubstr("String cannot be"));
+}
+
+TEST(Arrays, index_of_compares_as_the_language_does) {
+  EXPECT_EQ(output_of("Dim a() As String = Array(\"x\", \"Y\", \"y\")\n"
+                      "Print Str(a.IndexOf(\"y\")) + Str(a.IndexOf(\"y\", 2)) + "
+                      "Str(a.IndexOf(\"z\"))\n"
+                      "Dim v() As Variant = Array(1, \"b\", Nil)\n"
+                      "Print Str(v.IndexOf(\"B\")) + Str(v.IndexOf(Nil))\n"
+                      "Dim d As New Dictionary\nDim o() As Object = Array(New Dictionary, d)\n"
+                      "Print Str(o.IndexOf(d))\n"),
+            "12-1\n12\n1\n");
+}
+
+TEST(Arrays, array_takes_the_type_of_its_elements_or_that_of_its_target) {
+  EXPECT_EQ(output_of("Dim a() As Integer = Array(1, 2, 3)\nDim b() As Double = Array(1, 2.5)\n"
+                      "Dim c() As Variant = Array(1, 2)\nDim d() As Variant = Array(1, \"a\")\n"
+                      "Print Str(a(2)) + Str(b(1)) + Str(c(1)) + d(1)\n"),
+            "32.52a\n");
+  EXPECT_THAT(error_of("Dim a() As Integer = Array(\"a\")"), HasSubstr("cannot be converted to"));
+  EXPECT_THAT(error_of("Dim a() As Integer = Array()"), HasSubstr("at least one element"));
+}
+
+TEST(Arrays, sorting_orders_numbers_and_texts_without_case) {
+  EXPECT_EQ(output_of("Dim a() As Integer = Array(3, -1, 2)\na.Sort\n"
+                      "Print Str(a(0)) + Str(a(1)) + Str(a(2))\n"
+                      "Dim s() As String = Array(\"b\", \"C\", \"a\", \"B\")\ns.Sort\n"
+                      "Print Join(s, \"\")\n"
+                      "Dim d() As Double = Array(2.5, -1.0)\nd.Sort\nPrint Str(d(0))\n"),
+            "-123\nabBC\n-1\n");
+  EXPECT_THAT(error_of("Dim v() As Variant\nv.Sort"), HasSubstr("has no member \"Sort\""));
+}
+
+TEST(Arrays, shuffling_keeps_the_elements) {
+  EXPECT_EQ(output_of("Dim a() As Integer\nFor i As Integer = 0 To 99\n  a.Append i\nNext\n"
+                      "a.Shuffle\na.Sort\nDim ok As Boolean = True\n"
+                      "For i As Integer = 0 To 99\n  If a(i) <> i Then ok = False\nNext\n"
+                      "Print Str(ok)\n"),
+            "True\n");
+}
+
+TEST(Arrays, arrays_of_one_type_cannot_stand_for_another) {
+  EXPECT_THAT(error_of("Dim a() As Integer\nDim b() As Variant = a"),
+              HasSubstr("Integer() cannot be converted to Variant()"));
+  EXPECT_THAT(error_of("Dim a() As Integer\nDim v As Variant = a"),
+              HasSubstr("Integer() cannot be converted to Variant"));
+}
+
+TEST(Arrays, a_function_without_return_gives_no_array) {
+  EXPECT_THAT(exception_of("Dim a() As Integer = F\nPrint Str(UBound(a))\n"
+                           "Function F() As Integer()\nEnd Function\n"),
+              HasSubstr("NilObjectException"));
+}
+
+TEST(Arrays, elements_of_results_need_a_variable_first) {
+  EXPECT_THAT(error_of("Dim d As New Dictionary\nPrint d.Keys(0)"),
+              HasSubstr("takes no arguments"));
+  EXPECT_THAT(error_of("Dim d As New Dictionary\nPrint Array(1)(0)"),
+              HasSubstr("assign it to a variable first"));
+}
+
+}  // namespace
