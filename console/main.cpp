@@ -1,0 +1,112 @@
+// The console: loads a plugin into a stand-in host and runs a program of the host language on it.
+//
+// Exit status: the program's own; 1 for a program that cannot be read or checked, an unhandled
+// exception, a plugin that cannot be loaded, and a violation that `--ledger` shows; 2 for wrong
+// options.
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <variant>
+
+#include "class_listing.h"
+#include "language/script.h"
+#include "ledger_report.h"
+#include "options.h"
+#include "runtime/host.h"
+
+namespace console {
+namespace {
+
+constexpr int failure = 1;
+constexpr int usage_error = 2;
+
+int fail(const std::string& message, int status = failure) {
+  std::cout.flush();
+  std::cerr << "console: " << message << "\n";
+  return status;
+}
+
+std::optional<std::string> read_file(const std::string& name) {
+  std::error_code error;
+  if (std::filesystem::is_directory(name, error)) {
+    errno = EISDIR;
+    return std::nullopt;
+  }
+  errno = 0;
+  std::ifstream file(name, std::ios::binary);
+  if (!file) return std::nullopt;
+  return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+int run_program(const Options& options, standin::Host& host) {
+  const auto text = read_file(*options.program);
+  if (!text) {
+    return fail("cannot read the program file " + *options.program + ": " +
+                std::strerror(errno == 0 ? ENOENT : errno));
+  }
+  const standin::language::Streams streams{std::cin, std::cout, std::cerr};
+  try {
+    const standin::language::Script script(*options.program, *text, host);
+    const standin::Ledger::Snapshot before = host.ledger().snapshot();
+    int status = script.run(options.arguments, streams);
+    if (options.shows_ledger) {
+      std::cerr << ledger_report(host.ledger(), before);
+      if (!host.ledger().violations().empty() && status == 0) status = failure;
+    }
+    for (const std::string& error : host.destructor_errors()) {
+      std::cerr << "console: a destructor failed: " << error << "\n";
+    }
+    return status;
+  } catch (const standin::language::CheckErrors& errors) {
+    std::cerr << format(standin::language::SourceFile(*options.program, *text), errors);
+    return failure;
+  }
+}
+
+int run(const Options& options) {
+  standin::HostOptions host_options;
+  host_options.version = options.host_version;
+  host_options.without = {options.without.begin(), options.without.end()};
+  host_options.instrument = options.traces || options.shows_ledger;
+  host_options.strict_ledger = options.shows_ledger;
+  try {
+    standin::Host host(host_options);
+    standin::TracePrinter trace(std::cerr);
+    if (options.traces) host.set_trace(&trace);
+    host.load_plugin(options.plugin);
+    if (options.lists_classes) std::cout << class_listing(host.plugin_classes());
+    const int status = options.program ? run_program(options, host) : 0;
+    host.set_trace(nullptr);
+    return status;
+  } catch (const std::invalid_argument& error) {
+    return fail(std::string(error.what()) + "\nRun console --help for the options.", usage_error);
+  } catch (const standin::PluginLoadError& error) {
+    return fail(error.what());
+  }
+}
+
+}  // namespace
+}  // namespace console
+
+int main(int count, char** words) {
+  std::ios::sync_with_stdio(false);
+  std::cin.tie(nullptr);
+  try {
+    const auto parsed = console::parse_options(count, words, console::default_plugin_file());
+    if (const auto* answer = std::get_if<console::Answer>(&parsed)) {
+      (answer->status == 0 ? std::cout : std::cerr) << answer->text;
+      return answer->status;
+    }
+    const int status = console::run(std::get<console::Options>(parsed));
+    std::cout.flush();
+    return std::cout.good() ? status : console::fail("standard output cannot be written");
+  } catch (const std::exception& error) {
+    return console::fail(error.what());
+  }
+}
