@@ -1,7 +1,10 @@
 #!/bin/sh
-# check_program.sh CONSOLE PROGRAM EXPECTED: a program must print just what is expected and exit 0.
+# check_program.sh EXPECTED INPUT CONSOLE PROGRAM [ARGUMENT…]: fed with the output of the shell
+# command INPUT, a program must print just what is expected and exit 0.
 set -eu
+expected=$1 input=$2
+shift 2
 actual=$(mktemp)
 trap 'rm -f "$actual"' EXIT
-"$1" "$2" >"$actual" </dev/null
-diff -u "$3" "$actual"
+sh -c "$input" | "$@" >"$actual"
+diff -u "$expected" "$actual"
