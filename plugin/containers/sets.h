@@ -3,6 +3,7 @@
 #define ZRB_PLUGIN_CONTAINERS_SETS_H
 
 #include <cstdint>
+#include <type_traits>
 
 #include "containers/keyed_access.h"
 #include "host/arrays.h"
@@ -23,8 +24,12 @@ struct SetOperations : private KeyedAccess<C> {
   /// The same for a variant set and an array of strings, each of which becomes a variant.
   static void theMapConstructor3(REALobject instance, REALarray keys) {
     construct(instance, keys, [](REALarray array, std::int32_t index) {
-      const RBString string = fetch<StringElement>(array, index);
-      return StoredKey::adopt(REALnewVariant(string));
+      StoredKey key;
+      {
+        const RBString string = fetch<StringElement>(array, index);
+        key = StoredKey::adopt(REALnewVariant(string.get()));
+      }
+      return key;
     });
   }
 

@@ -89,6 +89,7 @@ constinit InsertProcedureFinder<REALobject>                                 REAL
 
 template <class Finder, class Element>
 void get_element(Finder& find_procedure, REALarray array, std::int32_t index, Element* value) {
+  if (value == nullptr) return;
   if (const auto get = find_procedure(array); get != nullptr) *value = get(array, index);
 }
 

@@ -104,7 +104,7 @@ enum class VariantType : std::int32_t {
 };
 
 // Looks up an entry point of the host by its name; null when the host has none of that name.
-using HostResolver = void* (*)(const char* entryPointName);
+using HostResolver = void* (*)(const char* entry_point_name);
 
 extern "C" {
 // The exported entries of a plugin. The host calls `REALPluginMain` once, first of all; what it

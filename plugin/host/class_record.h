@@ -2,8 +2,6 @@
 #ifndef ZRB_PLUGIN_HOST_CLASS_RECORD_H
 #define ZRB_PLUGIN_HOST_CLASS_RECORD_H
 
-#include <cstddef>
-
 #include "host/binary_interface.h"
 
 /// The static record of a container class, and of its iterator class. `class_tables.h` fills them;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "host/locked_handle.h"
 #include "host/services.h"
@@ -16,14 +17,20 @@ bool copy_bytes(REALstring string, std::uint32_t minimal_capacity, std::uint32_t
                 REALstringData* record) {
   const auto length = static_cast<std::uint32_t>(std::max(LenB(string), 0));
   const char* bytes = StringGetCString(string);
+  if (bytes == nullptr && length != 0) return false;
   const std::size_t capacity = std::size_t{std::max(length, minimal_capacity)} + terminator_size;
   auto* buffer = static_cast<char*>(std::malloc(capacity));
   if (buffer == nullptr) return false;
-  if (length != 0 && bytes != nullptr) std::memcpy(buffer, bytes, length);
+  if (length != 0) std::memcpy(buffer, bytes, length);
   std::memset(buffer + length, 0, terminator_size);
   *record = {buffer, length, encoding};
   return true;
 }
+
+struct OwnedData {
+  REALstringData record{};
+  ~OwnedData() { std::free(record.data); }
+};
 
 }  // namespace
 
@@ -33,8 +40,16 @@ bool fallbacks::get_string_data(REALstring string, std::uint32_t encoding, REALs
     return copy_bytes(string, record->length, encoding, record);
   }
   if (REALGetStringEncoding(string) == encoding) return copy_bytes(string, 0, encoding, record);
-  const auto converted = LockedString::adopt(REALConvertString(string, encoding));
-  return converted.get() != nullptr && copy_bytes(converted.get(), 0, encoding, record);
+  // Unlocking the converted string may throw, and the caller then gets no record to dispose of.
+  OwnedData copy;
+  {
+    const auto converted = LockedString::adopt(REALConvertString(string, encoding));
+    if (converted.get() == nullptr || !copy_bytes(converted.get(), 0, encoding, &copy.record)) {
+      return false;
+    }
+  }
+  *record = std::exchange(copy.record, {});
+  return true;
 }
 
 void fallbacks::dispose_string_data(REALstringData* record) {

@@ -18,6 +18,17 @@ void unlock_handle(REALobject handle);
 void unlock_handle(REALstring handle);
 void unlock_handle(REALarray handle);
 
+/// Runs a release from within a destructor. What the host throws meanwhile passes on, unless
+/// another exception is already on its way: that one is the cause, and two cannot pass at once.
+template <class Release>
+void release_in_destructor(Release release) {
+  try {
+    release();
+  } catch (...) {
+    if (std::uncaught_exceptions() == 0) throw;
+  }
+}
+
 template <class Struct>
 class LockedHandle {
  public:
@@ -44,15 +55,9 @@ class LockedHandle {
     return *this;
   }
 
-  /// Gives the lock back. What the host throws meanwhile passes on, unless another exception is
-  /// already on its way: that one is the cause, and two cannot pass at once.
+  /// Gives the lock back; see `release_in_destructor`.
   ~LockedHandle() noexcept(false) {
-    if (handle_ == nullptr) return;
-    try {
-      unlock_handle(handle_);
-    } catch (...) {
-      if (std::uncaught_exceptions() == 0) throw;
-    }
+    if (handle_ != nullptr) release_in_destructor([this] { unlock_handle(handle_); });
   }
 
   Handle get() const { return handle_; }

@@ -2,9 +2,7 @@
 #ifndef ZRB_PLUGIN_KEYS_ENTRY_H
 #define ZRB_PLUGIN_KEYS_ENTRY_H
 
-#include <utility>
-
-/// Stands for the value type of a set.
+/// What a set stores for a value: nothing.
 struct NoValue {};
 
 template <class Key, class Value>

@@ -30,6 +30,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include "keys/bucket_sizes.h"
@@ -117,19 +118,28 @@ class HashedStorage {
     return {*node, true};
   }
 
-  /// Removes the element with this key; the number removed, 0 or 1. O(1). Compares every key of
-  /// the chain, the head last.
+  /// Removes every element of the key's bucket that has this key; how many went. O(1). Compares
+  /// every key of the chain, the head last.
+  ///
+  /// That is 0 or 1, but for keys that are equal and hash differently (texts alike up to a zero
+  /// byte): they are kept beside each other until growth brings them into one bucket.
   std::uint32_t erase(const Key& key) {
     Node*& head = buckets_[bucket_of(key)];
     if (head == nullptr) return 0;
-    Node** doomed = nullptr;
-    for (Node** link = &head->next; *link != nullptr; link = &(*link)->next) {
-      if (Equal{}((*link)->key, key)) doomed = link;
+    std::uint32_t removed = 0;
+    for (Node** link = &head->next; *link != nullptr;) {
+      if (Equal{}((*link)->key, key)) {
+        remove(*link);
+        ++removed;
+      } else {
+        link = &(*link)->next;
+      }
     }
-    if (Equal{}(head->key, key)) doomed = &head;
-    if (doomed == nullptr) return 0;
-    remove(*doomed);
-    return 1;
+    if (Equal{}(head->key, key)) {
+      remove(head);
+      ++removed;
+    }
+    return removed;
   }
 
   /// Removes the element at `position`; at the end, nothing. O(1).
@@ -174,7 +184,14 @@ class HashedStorage {
 
   struct Buckets {
     explicit Buckets(std::uint32_t bucket_count)
-        : heads(new Node*[bucket_count]()), count(bucket_count) {}
+        : heads(new Node*[within_limit(bucket_count)]()), count(bucket_count) {}
+
+    // What the host's own address space could hold, in a wider one too.
+    static std::size_t within_limit(std::uint32_t bucket_count) {
+      if (bucket_count >= 0x40000000) throw std::bad_alloc();
+      return bucket_count;
+    }
+
     Node*& operator[](std::uint32_t bucket) { return heads[bucket]; }
 
     std::unique_ptr<Node*[]> heads;

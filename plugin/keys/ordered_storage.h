@@ -123,9 +123,7 @@ class OrderedStorage {
   /// n).
   std::uint32_t erase(const Key& key) {
     const auto [first, last] = equal_range(key);
-    const std::uint32_t size_before = size_;
-    erase(first, last);
-    return size_before - size_;
+    return erase(first, last);
   }
 
   /// Removes the element at `position`; at the end, nothing. O(log n).
@@ -133,17 +131,24 @@ class OrderedStorage {
     if (!position.is_end()) remove(position.node);
   }
 
-  /// Removes the elements from `first` up to but not including `last`. O(k log n) for k elements,
-  /// O(n) for all of them.
-  void erase(Position first, Position last) {
-    if (first == begin() && last.is_end()) return clear();
+  /// Removes the elements from `first` up to but not including `last`; how many went. O(k log n)
+  /// for k elements, O(n) for all of them.
+  std::uint32_t erase(Position first, Position last) {
+    std::uint32_t removed = 0;
+    if (first == begin() && last.is_end()) {
+      removed = size_;
+      clear();
+      return removed;
+    }
     finish_despite_exceptions([&] {
       while (first != last && !first.is_end()) {
         NodeBase* node = first.node;
         advance(first);
+        ++removed;
         remove(node);
       }
     });
+    return removed;
   }
 
   /// Removes every element and gives their memory back. O(n).

@@ -23,7 +23,9 @@ std::uint32_t GetStringHash(REALstring string) {
 std::int32_t Compare(REALstring a, REALstring b) {
   rbText text_a(a);
   rbText text_b(b);
-  const auto shorter = static_cast<std::size_t>(std::min(text_a.LengthUTF8(), text_b.LengthUTF8()));
+  const std::int32_t length_a = text_a.LengthUTF8();
+  const std::int32_t length_b = text_b.LengthUTF8();
+  const auto shorter = static_cast<std::size_t>(std::min(length_a, length_b));
   // One byte more than the shorter text: its terminator sorts a prefix first.
   return std::strncmp(text_a.GetUTF8(), text_b.GetUTF8(), shorter + 1);
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <exception>
 #include <limits>
 
 #include "host/services.h"
@@ -29,12 +28,7 @@ std::int32_t to_length(std::size_t bytes) {
 }  // namespace
 
 StringDataHolder::~StringDataHolder() noexcept(false) {
-  if (!filled_) return;
-  try {
-    REALDisposeStringData(&record_);
-  } catch (...) {
-    if (std::uncaught_exceptions() == 0) throw;
-  }
+  if (filled_) release_in_destructor([this] { REALDisposeStringData(&record_); });
 }
 
 bool StringDataHolder::fill(REALstring string, std::uint32_t encoding,

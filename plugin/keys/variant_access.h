@@ -44,8 +44,8 @@ inline VariantType GetVariantType(REALobject variant) {
   return static_cast<VariantType>(VarType(variant));
 }
 
-/// The object that a variant holds, the variant itself when it holds none; nil for nil. Borrowed:
-/// whoever keeps it locks it.
+/// The object that a variant holds, as the host tells it: a variant that holds none answers with
+/// itself. Nil for nil. Borrowed: whoever keeps it locks it.
 inline REALobject GetVariantObject(REALobject variant) {
   return variant == nullptr ? nullptr : VariantToObject(variant);
 }

@@ -18,10 +18,13 @@ std::int32_t compare_handles(REALobject a, REALobject b) {
   }
 }
 
-template <class Value>
-std::int32_t compare_values(Value a, Value b) {
-  if (a == b) return 0;
-  return b > a ? -1 : 1;  // also 1 when either is a NaN
+// Reads what both hold, `a` first, and compares it.
+template <class Accessor>
+std::int32_t compare_values(Accessor& read, REALobject a, REALobject b) {
+  const auto value_a = read(a);
+  const auto value_b = read(b);
+  if (value_a == value_b) return 0;
+  return value_b > value_a ? -1 : 1;  // also 1 when either is a NaN
 }
 
 std::int32_t compare_strings(REALobject a, REALobject b) {
@@ -43,14 +46,14 @@ std::int32_t Compare(REALobject a, REALobject b) {
     case VariantType::integer:
     case VariantType::boolean:
     case VariantType::color:
-      return compare_values(GetVariantInteger(a), GetVariantInteger(b));
+      return compare_values(GetVariantInteger, a, b);
     case VariantType::int64:
     case VariantType::currency:
-      return compare_values(GetVariantLong(a), GetVariantLong(b));
+      return compare_values(GetVariantLong, a, b);
     case VariantType::single:
-      return compare_values(GetVariantSingle(a), GetVariantSingle(b));
+      return compare_values(GetVariantSingle, a, b);
     case VariantType::double_:
-      return compare_values(GetVariantDouble(a), GetVariantDouble(b));
+      return compare_values(GetVariantDouble, a, b);
     case VariantType::string:
       return compare_strings(a, b);
     case VariantType::date:

@@ -20,10 +20,11 @@ void load(Method& method, REALdictionary dictionary, const char* declaration) {
 
 void load_methods_of(REALdictionary dictionary) {
   if (dictionary == LastDictionary) return;
-  LastDictionary = dictionary;
+  LastDictionary = nullptr;  // until all three are loaded: the host may throw meanwhile
   load(LastDictionarySetter, dictionary, "Value(key As Variant, Assigns _value As Variant)");
   load(LastDictionaryGetter, dictionary, "Value(key As Variant) As Variant");
   load(LastDictionaryKeyGetter, dictionary, "Key(index As Integer) As Variant");
+  LastDictionary = dictionary;
 }
 
 }  // namespace
