@@ -74,7 +74,9 @@ int run(const Options& options) {
   host_options.version = options.host_version;
   host_options.without = {options.without.begin(), options.without.end()};
   host_options.instrument = options.traces || options.shows_ledger;
-  host_options.strict_ledger = options.shows_ledger;
+  // A host without its lock services frees too early: handles are kept then, so that the program
+  // goes on and the ledger can tell.
+  host_options.strict_ledger = options.shows_ledger || !options.without.empty();
   try {
     standin::Host host(host_options);
     standin::TracePrinter trace(std::cerr);

@@ -2,6 +2,7 @@
 #include "runtime/handles.h"
 
 #include <cstring>
+#include <deque>
 #include <exception>
 #include <new>
 #include <string>
@@ -94,11 +95,9 @@ void release(REALarray handle) {
   blocks::bury(handle, std::move(description), sizeof *handle, sizeof *handle);
 }
 
-void release(REALobject handle) {
-  if (handle->block.locks == 0) return blocks::report_release_of_dead(handle);
-  // The services that lock objects lock arrays too.
-  if (handle->block.magic == magic::array) return release(reinterpret_cast<REALarray>(handle));
+namespace {
 
+void end_object(REALobject handle) {
   std::string description = blocks::last_description(handle);
   if (handle->block.magic == magic::variant) {
     release_box(handle);
@@ -110,6 +109,34 @@ void release(REALobject handle) {
   end_instance(handle, description);
   handle->block = {magic::dead, 0};
   blocks::bury(handle, std::move(description), sizeof *handle, size);
+}
+
+// An object that is held by a dying one dies inside it. In a long chain that would need a deep
+// stack, so from this depth on an object waits until the outermost one has ended.
+constexpr int deepest_nesting = 64;
+int nesting = 0;
+std::deque<REALobject> waiting;
+
+}  // namespace
+
+void release(REALobject handle) {
+  if (handle->block.locks == 0) return blocks::report_release_of_dead(handle);
+  // The services that lock objects lock arrays too.
+  if (handle->block.magic == magic::array) return release(reinterpret_cast<REALarray>(handle));
+
+  if (nesting >= deepest_nesting) {
+    handle->block.locks = blocks::dying_locks;
+    waiting.push_back(handle);
+    return;
+  }
+  ++nesting;
+  end_object(handle);
+  while (nesting == 1 && !waiting.empty()) {
+    REALobject next = waiting.front();
+    waiting.pop_front();
+    end_object(next);
+  }
+  --nesting;
 }
 
 }  // namespace detail
