@@ -8,6 +8,21 @@
 #include "runtime/strings.h"
 
 namespace standin::language {
+namespace {
+
+bool is_wide(std::uint32_t code) {
+  return code == host_encoding::utf16 || code == host_encoding::utf32;
+}
+
+std::string joined_bytes(std::string_view a, std::string_view b) {
+  std::string joined;
+  joined.reserve(a.size() + b.size());
+  joined += a;
+  joined += b;
+  return joined;
+}
+
+}  // namespace
 
 char lower_ascii(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -16,7 +31,7 @@ char lower_ascii(char c) {
 SameEncoding::SameEncoding(REALstring a, REALstring b)
     : a_(StringRef::share(a)), b_(StringRef::share(b)), encoding_(standin::encoding(a)) {
   const std::uint32_t other = standin::encoding(b);
-  if (encoding_ == other) return;
+  if (encoding_ == other && !is_wide(encoding_)) return;
   if (!encodings::is_known(encoding_) || !encodings::is_known(other)) {
     encoding_ = host_encoding::as_stored;
     return;
@@ -44,12 +59,11 @@ std::string_view SameEncoding::b() const {
 StringRef join(REALstring a, REALstring b) {
   if (bytes(b).empty()) return StringRef::share(a);
   if (bytes(a).empty()) return StringRef::share(b);
+  if (encoding(a) == encoding(b)) {
+    return make_string(joined_bytes(bytes(a), bytes(b)), encoding(a));
+  }
   const SameEncoding same(a, b);
-  std::string joined;
-  joined.reserve(same.a().size() + same.b().size());
-  joined += same.a();
-  joined += same.b();
-  return make_string(joined, same.encoding());
+  return make_string(joined_bytes(same.a(), same.b()), same.encoding());
 }
 
 int compare(std::string_view a, std::string_view b) {
@@ -64,7 +78,7 @@ int compare(std::string_view a, std::string_view b) {
 }
 
 int compare(REALstring a, REALstring b) {
-  if (encoding(a) == encoding(b)) return compare(bytes(a), bytes(b));
+  if (encoding(a) == encoding(b) && !is_wide(encoding(a))) return compare(bytes(a), bytes(b));
   const SameEncoding same(a, b);
   return compare(same.a(), same.b());
 }
@@ -88,6 +102,10 @@ int compare_bytes(REALstring a, REALstring b) {
 
 std::size_t find(std::string_view text, std::string_view part, std::size_t from) {
   if (from > text.size()) return std::string_view::npos;
+  // A lone separator such as a comma has no case.
+  const bool has_case =
+      part.size() != 1 || (lower_ascii(part[0]) >= 'a' && lower_ascii(part[0]) <= 'z');
+  if (!has_case) return text.find(part, from);
   const auto same = [](char x, char y) { return x == y || lower_ascii(x) == lower_ascii(y); };
   const auto found = std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(),
                                  part.begin(), part.end(), same);

@@ -3,6 +3,7 @@
 #define ZRB_STANDIN_LANGUAGE_TEXT_H
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "runtime/handles.h"
@@ -12,7 +13,8 @@ namespace standin::language {
 char lower_ascii(char c);
 
 // Two strings in one encoding: as they are when their encodings agree, or when one of them has no
-// known encoding (then bytes are bytes); otherwise both as UTF-8.
+// known encoding (then bytes are bytes); otherwise, and when the characters of that encoding are no
+// bytes, both as UTF-8.
 class SameEncoding {
  public:
   SameEncoding(REALstring a, REALstring b);

@@ -99,6 +99,13 @@ TEST_P(VariantSetConstructors, strings_become_variants) {
   EXPECT_EQ(set.count(), 2);
 }
 
+TEST_P(VariantSetConstructors, a_nil_string_becomes_the_empty_text) {
+  const Container set = constructed_from_texts({support::neutral(ElementType::string)});
+  EXPECT_EQ(set.count(), 1);
+  EXPECT_TRUE(set.contains(support::variant_string("")));
+  EXPECT_FALSE(set.contains(support::neutral(ElementType::variant)));
+}
+
 TEST_P(VariantSetConstructors, a_string_is_held_by_its_variant_alone) {
   const Element text = support::string("text");
   const ArrayRef array = support::host_array(ElementType::string, {text});

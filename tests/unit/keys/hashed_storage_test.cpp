@@ -255,6 +255,29 @@ TEST(HashedStorage, a_removal_that_throws_has_removed) {
   EXPECT_TRUE(HashedStorageInspector::check(set));
 }
 
+struct Equal1And390 {
+  bool operator()(std::int32_t a, std::int32_t b) const {
+    return (a == 390 ? 1 : a) == (b == 390 ? 1 : b);
+  }
+};
+
+// As texts that are alike up to a zero byte are equal and hash differently.
+TEST(HashedStorage, removes_all_equal_keys_that_growth_brought_into_one_bucket) {
+  HashedStorage<std::int32_t, NoValue, IntegerHash, Equal1And390> set;
+  EXPECT_TRUE(set.insert_unique(1).inserted);
+  EXPECT_TRUE(set.insert_unique(390).inserted);
+  EXPECT_EQ(set.erase(390), 1U);
+  EXPECT_TRUE(set.insert_unique(390).inserted);
+  for (std::int32_t key = 1000; set.bucket_count() == 193; ++key) set.insert_unique(key);
+  EXPECT_EQ(set.bucket_count(), 389U);
+  EXPECT_EQ(set.erase(1), 2U);
+  EXPECT_TRUE(HashedStorageInspector::check(set));
+}
+
+TEST(HashedStorage, refuses_more_buckets_than_the_host_could_address) {
+  EXPECT_THROW(IntegerSet(1610612741U), std::bad_alloc);
+}
+
 TEST(HashedStorage, finds_all_keys_of_one_bucket) {
   IntegerSet set(50000);
   const auto buckets = static_cast<std::int32_t>(set.bucket_count());

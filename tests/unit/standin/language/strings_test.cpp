@@ -123,6 +123,16 @@ TEST(Encodings, joining_takes_the_common_one) {
             "äbTrue22\nx-b\na!a!\n");
 }
 
+TEST(Encodings, wide_characters_are_compared_and_found_as_characters) {
+  EXPECT_EQ(output_of("Dim a As String = ConvertEncoding(&u0100, Encodings.UTF16)\n"
+                      "Dim b As String = ConvertEncoding(&u00FF, Encodings.UTF16)\n"
+                      "Print Str(a > b) + Str(a = a) + Str(LenB(a + b))\n"
+                      "Dim text As String = ConvertEncoding(&u6142 + &u4363, Encodings.UTF16)\n"
+                      "Print Str(InStr(text, ConvertEncoding(&u6361, Encodings.UTF16)))\n"
+                      "Print Str(InStr(text, ConvertEncoding(&u4363, Encodings.UTF16)))\n"),
+            "TrueTrue4\n0\n2\n");
+}
+
 TEST(Strings, walking_through_a_long_text_is_not_quadratic) {
   std::string text;
   for (int i = 0; i < 100000; ++i) text += i % 10 == 0 ? "ä" : "x";

@@ -1,0 +1,106 @@
+// Long random sequences of every operation of every class, beside a model, with the accounts of all
+// locks.
+//
+// A sequence that fails is shrunk, and shown as steps and as a program in the host's language that
+// does the same in the console.
+//
+// Longer runs are set by the environment:
+//   ZRB_MODEL_SEEDS       how many seeds for each class and size, instead of the few built in
+//   ZRB_MODEL_FIRST_SEED  the first of them (1)
+//   ZRB_MODEL_STEPS       multiplies the length of every sequence (1)
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "model/failure_report.h"
+#include "model/generator.h"
+#include "model/runner.h"
+#include "support/plugin_test.h"
+
+namespace {
+
+using model::Operation;
+using model::Reach;
+using model::Sequence;
+using model::Size;
+using model::Step;
+
+int number_from_environment(const char* name, int otherwise) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? otherwise : std::atoi(value);
+}
+
+class RandomSequences : public ::testing::TestWithParam<support::ContainerClass> {
+ protected:
+  /// Runs sequences of a size; those that fail are reported.
+  void run_all(Size size, int usual_seeds, std::size_t steps_between_full_checks) {
+    const int first = number_from_environment("ZRB_MODEL_FIRST_SEED", 1);
+    const int seeds = number_from_environment("ZRB_MODEL_SEEDS", usual_seeds);
+    size.steps *= number_from_environment("ZRB_MODEL_STEPS", 1);
+    for (int seed = first; seed < first + seeds && !HasFatalFailure(); ++seed) {
+      SCOPED_TRACE("seed " + std::to_string(seed));
+      run(model::generate(GetParam(), static_cast<unsigned>(seed), size),
+          steps_between_full_checks);
+    }
+  }
+
+  void run(const Sequence& sequence, std::size_t steps_between_full_checks) {
+    const model::Outcome outcome =
+        model::run(sequence, {steps_between_full_checks, /*keep_performed=*/false});
+    reach_.add(outcome.reach);
+    if (outcome.disagreement) FAIL() << model::report_failure(sequence).text();
+  }
+
+  const Reach& reach() const { return reach_; }
+
+ private:
+  Reach reach_;
+};
+class HashedSequences : public RandomSequences {};
+ZRB_FOR_CLASSES(RandomSequences, support::all_classes());
+ZRB_FOR_CLASSES(HashedSequences, support::hashed_classes());
+
+TEST_P(RandomSequences, of_few_keys_agree_with_the_model_in_every_operation) {
+  run_all({.key_count = 25, .steps = 500, .largest_many = 12}, 12, 1);
+  for (const model::Weights& row : model::weights()) {
+    if (!model::applies(row.operation, GetParam())) continue;
+    EXPECT_TRUE(reach().performed.contains(row.operation)) << model::name(row.operation);
+  }
+}
+
+TEST_P(RandomSequences, that_cross_growth_steps_agree_with_the_model) {
+  run_all({.key_count = 1000, .steps = 600, .largest_many = 60}, 3, 25);
+  if (!GetParam().is_hashed()) return;
+  for (const int bucket_count : {193, 389, 769}) {
+    EXPECT_TRUE(reach().bucket_counts.contains(bucket_count)) << bucket_count;
+  }
+}
+
+TEST_P(RandomSequences, of_many_keys_agree_with_the_model) {
+  run_all({.key_count = 8000, .steps = 300, .largest_many = 2000}, 2, 50);
+  EXPECT_GT(reach().largest_count, 3000);
+}
+
+TEST_P(HashedSequences, agree_with_the_model_exactly_where_tables_grow) {
+  for (const model::Scheme scheme : model::schemes_for(GetParam())) {
+    SCOPED_TRACE(model::name(scheme));
+    Sequence sequence{&GetParam(), scheme, 1600, 50, {}};
+    int present = 0;
+    for (const int buckets : {193, 389, 769, 1543}) {
+      const Operation look = Operation::keys;
+      sequence.steps.push_back({Operation::put_many, present, 1, buckets - 1 - present, 0});
+      sequence.steps.push_back({look});
+      sequence.steps.push_back({Operation::put, buckets - 1, 1, 0, 0});  // fills the table
+      sequence.steps.push_back({look});
+      sequence.steps.push_back({Operation::put, 5, 2, 0, 1});  // is there already
+      sequence.steps.push_back({look});
+      sequence.steps.push_back({Operation::put, buckets, 1, 0, 0});  // one more than buckets
+      sequence.steps.push_back({look});
+      present = buckets + 1;
+    }
+    run(sequence, 1);
+  }
+}
+
+}  // namespace

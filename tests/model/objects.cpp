@@ -1,0 +1,62 @@
+// Making, keeping and recognising the objects of a sequence.
+#include "model/objects.h"
+
+#include "runtime/host.h"
+#include "support/bucket_witness.h"
+
+namespace model {
+using support::Element;
+using support::ElementType;
+
+Objects::Objects(const support::ContainerClass& container_class, Scheme scheme, int key_count,
+                 int value_count, LockBook& book)
+    : class_(container_class),
+      book_(book),
+      key_contents_(keys(scheme, key_count)),
+      value_contents_(values(container_class.value.value_or(ElementType::integer), value_count)) {}
+
+const Object& Objects::key(int number, int copy) {
+  return made(keys_, class_.key, key_contents_, number, copy, true);
+}
+
+const Object& Objects::value(int number, int copy) {
+  const ElementType type = class_.value.value_or(ElementType::integer);
+  return made(values_, type, value_contents_, number, copy, false);
+}
+
+const Object& Objects::key_text(int number) {
+  return made(texts_, ElementType::string, key_contents_, number, 0, false);
+}
+
+const Object& Objects::made(Made& among, ElementType type, const std::vector<Content>& contents,
+                            int number, int copy, bool is_key) {
+  const Object*& object = among[{number, copy}];
+  if (object == nullptr) {
+    const std::size_t before = standin::Host::current().ledger().live_count();
+    const Content& its_content = contents[static_cast<std::size_t>(number)];
+    const bool other_form = copy == copies - 1;
+    object = &remember(
+        {number, &its_content, other_form, make_element(type, its_content, other_form)}, is_key);
+    live_handles_ += standin::Host::current().ledger().live_count() - before;
+  }
+  return *object;
+}
+
+const Object& Objects::adopt_key(int number, Element element) {
+  ++live_handles_;
+  return remember({number, &content(number), false, std::move(element)}, true);
+}
+
+const Object& Objects::remember(Object object, bool is_key) {
+  const Object& kept = objects_.emplace_back(std::move(object));
+  book_.open(kept.element, is_key && class_.is_ordered());
+  return kept;
+}
+
+std::uint32_t Objects::hash(int key_number) {
+  const auto [position, is_new] = hashes_.try_emplace(key_number);
+  if (is_new) position->second = support::expected_hash(key(key_number, 0).element);
+  return position->second;
+}
+
+}  // namespace model

@@ -1,0 +1,67 @@
+// Step after step.
+#include "model/runner.h"
+
+#include <algorithm>
+
+#include "model/actions.h"
+#include "model/session.h"
+#include "support/leak_sanitizer.h"
+
+namespace model {
+namespace {
+
+void note(Reach& reach, const Performed& performed) {
+  ++reach.performed[performed.operation];
+  reach.bucket_counts.insert(performed.bucket_count);
+  reach.largest_count = std::max(reach.largest_count, performed.count);
+}
+
+void run_steps(Session& session, const Sequence& sequence, const RunOptions& options,
+               Outcome& outcome) {
+  for (std::size_t i = 0; i < sequence.steps.size(); ++i) {
+    const Step& step = sequence.steps[i];
+    session.begin(i + 1, step);
+    if (!applies(step.operation, session.container_class())) continue;
+    if (!actions::of(step.operation)(session, step)) continue;
+    session.check_state();
+    note(outcome.reach, session.performed);
+    const bool is_last = i + 1 == sequence.steps.size();
+    if (is_last || (i + 1) % options.steps_between_full_checks == 0) session.check_everything();
+    if (!options.keep_performed) continue;
+    session.note_order();
+    outcome.performed.push_back(session.performed);
+  }
+  session.end();
+}
+
+bool abandons_storage(const Sequence& sequence) {
+  return std::any_of(sequence.steps.begin(), sequence.steps.end(),
+                     [](const Step& step) { return model::abandons_storage(step.operation); });
+}
+
+}  // namespace
+
+void Reach::add(const Reach& other) {
+  for (const auto& [operation, times] : other.performed) performed[operation] += times;
+  bucket_counts.insert(other.bucket_counts.begin(), other.bucket_counts.end());
+  largest_count = std::max(largest_count, other.largest_count);
+}
+
+Outcome run(const Sequence& sequence, const RunOptions& options, const ModelFactory& make_model) {
+  std::optional<support::LeaksExpected> leaks_expected;
+  if (abandons_storage(sequence)) leaks_expected.emplace();
+  Outcome outcome;
+  Session session(sequence, make_model);
+  try {
+    run_steps(session, sequence, options, outcome);
+  } catch (const Disagreed& disagreed) {
+    outcome.disagreement = disagreed.disagreement;
+    if (options.keep_performed) {
+      session.note_order();
+      outcome.performed.push_back(session.performed);
+    }
+  }
+  return outcome;
+}
+
+}  // namespace model

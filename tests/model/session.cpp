@@ -1,0 +1,298 @@
+// The accounts of a session, and what is compared after each step.
+#include "model/session.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "runtime/exceptions.h"
+
+namespace model {
+namespace {
+
+using support::Container;
+using support::Element;
+using support::Iterator;
+
+std::unique_ptr<standin::Host> started_host() {
+  standin::HostOptions options;
+  options.instrument = true;
+  options.strict_ledger = true;
+  auto host = std::make_unique<standin::Host>(options);
+  host->load_plugin(ZRB_PLUGIN_PATH);
+  return host;
+}
+
+/// More than any search of a balanced tree needs, also when it descends twice.
+std::int64_t most_comparisons(int count) {
+  return 8 * static_cast<std::int64_t>(std::ceil(std::log2(count + 2))) + 8;
+}
+
+/// The host's message about an index is its own affair.
+std::string without_host_message(const std::string& exception) {
+  const std::string outside = "OutOfBoundsException";
+  return exception.starts_with(outside) ? outside : exception;
+}
+
+}  // namespace
+
+std::string Disagreement::text() const {
+  return "step " + std::to_string(step) + ", " + name(operation) + ": " + what +
+         "\n  expected: " + expected + "\n  actual:   " + actual + "\n";
+}
+
+Session::Session(const Sequence& sequence, const ModelFactory& make_model)
+    : class_(*sequence.container_class),
+      make_model_(make_model),
+      host_(started_host()),
+      leftovers_(*host_),
+      live_handles_(static_cast<std::ptrdiff_t>(host_->ledger().live_count())),
+      objects_(class_, sequence.scheme, sequence.key_count, sequence.value_count, book_),
+      model_(new_model()),
+      container_(Container::make(class_)) {}
+
+Session::~Session() {
+  held.reset();
+  keys_cache.reset();
+  values_cache.reset();
+}
+
+const Object& Session::key_of(const Step& step) {
+  const Object& key = objects_.key(step.key % objects_.key_count(), step.variation % copies);
+  performed.keys.push_back({*key.content, key.other_form});
+  return key;
+}
+
+const Object& Session::value_of(const Step& step) {
+  const Object& value =
+      objects_.value(step.value % objects_.value_count(), step.variation % copies);
+  performed.values.push_back({*value.content, value.other_form});
+  return value;
+}
+
+std::vector<const Object*> Session::keys_of(const Step& step, int most, bool with_equal_ones) {
+  const int count = std::min({step.number, most, objects_.key_count()});
+  // Neighbours in order, or scattered.
+  const int distance = step.variation % 2 == 0 ? 1 : 7;
+  std::vector<const Object*> result;
+  for (int i = 0; i < count; ++i) {
+    const int place = with_equal_ones ? i * 2 / 3 : i;
+    const int number = (step.key + place * distance) % objects_.key_count();
+    result.push_back(&objects_.key(number, with_equal_ones ? i % 2 : 0));
+    performed.keys.push_back({*result.back()->content, false});
+  }
+  return result;
+}
+
+std::vector<const Object*> Session::values_of(const Step& step, std::size_t count) {
+  std::vector<const Object*> result;
+  for (std::size_t i = 0; i < count; ++i) {
+    const int number = (step.value + static_cast<int>(i)) % objects_.value_count();
+    result.push_back(&objects_.value(number, 0));
+    performed.values.push_back({*result.back()->content, false});
+  }
+  return result;
+}
+
+bool Session::searched(Model& model, const Object& key, bool whole_chain) {
+  const bool found = model.find(key.number) != nullptr;
+  if (class_.key == support::ElementType::integer) return found;
+  if (support::handle(key.element) == nullptr) book_.unknown_takes_part();
+  if (class_.is_ordered()) {
+    if (model.count() > 0) book_.compared_some(1, most_comparisons(model.count()));
+    return found;
+  }
+  for (const Object* stored : model.chain(objects_.hash(key.number))) {
+    book_.compared(key.element, stored->element);
+    if (stored->number == key.number && !whole_chain) break;
+  }
+  return found;
+}
+
+void Session::searched_by_unknown(Model& model, int key) {
+  book_.unknown_takes_part();
+  if (class_.is_ordered()) {
+    book_.compared_some(1, most_comparisons(model.count()));
+    return;
+  }
+  for (const Object* stored : model.chain(objects_.hash(key))) {
+    book_.add(stored->element, 1);
+    if (stored->number == key) break;
+  }
+}
+
+void Session::stored(Model& model, const Object& key, const Object* value) {
+  model.grow();
+  if (!searched(model, key)) {
+    model.insert({&key, nullptr}, objects_.hash(key.number));
+    book_.add(key.element, 1);
+  }
+  if (value != nullptr) replaced(*model.find(key.number), *value);
+}
+
+void Session::replaced(Entry& entry, const Object& value) {
+  book_.add(value.element, 1);
+  if (entry.value != nullptr) book_.add(entry.value->element, -1);
+  entry.value = &value;
+}
+
+void Session::dropped(int key) {
+  const Entry* const entry = model_->find(key);
+  book_.add(entry->key->element, -1);
+  if (entry->value != nullptr) book_.add(entry->value->element, -1);
+  model_->erase(key);
+  for (int i = 0; i < slot_count; ++i) {
+    if (slot(i) && slot(i)->key == key) clear_slot(i);
+  }
+}
+
+void Session::dropped_all() {
+  for (const Entry& entry : model_->order()) dropped(entry.key->number);
+}
+
+void Session::abandoned() {
+  model_ = new_model();
+  for (int i = 0; i < slot_count; ++i) clear_slot(i);
+}
+
+void Session::build_caches() {
+  if (keys_cache) return;
+  std::vector<const Object*> its_keys;
+  std::vector<const Object*> its_values;
+  for (const Entry& entry : model_->order()) {
+    its_keys.push_back(entry.key);
+    if (class_.is_map()) its_values.push_back(entry.value);
+  }
+  keys_cache = std::make_shared<KnownArray>(book_, std::move(its_keys));
+  if (class_.is_map()) values_cache = std::make_shared<KnownArray>(book_, std::move(its_values));
+}
+
+void Session::drop_caches() {
+  keys_cache.reset();
+  values_cache.reset();
+}
+
+void Session::set_slot(int number, Iterator iterator, std::optional<int> key) {
+  slot(number).emplace(Slot{std::move(iterator), key});
+}
+
+void Session::clear_slot(int number) {
+  slot(number).reset();
+}
+
+void Session::replace_container(Container container) {
+  for (int i = 0; i < slot_count; ++i) clear_slot(i);
+  drop_caches();
+  container_.emplace(std::move(container));
+}
+
+std::string Session::outcome(const std::function<std::string()>& call) {
+  const std::string result = call();
+  if (!host_->has_pending_exception()) return result;
+  const standin::HostException exception(host_->take_pending_exception());
+  const std::string raised =
+      without_host_message(exception.class_name() + ": " + exception.message());
+  for (const char* neutral : {"", "0", "0:", "False"}) {
+    if (result == neutral) return raised;
+  }
+  return raised + ", with the result " + result;
+}
+
+std::string Session::identified(const Object* expected, const Element& actual) const {
+  const bool is_same =
+      expected == nullptr || support::handle(expected->element) == support::handle(actual);
+  return shown(actual) + (is_same ? "" : " in another object");
+}
+
+void Session::expect(const std::string& what, const std::string& expected,
+                     const std::string& actual) {
+  if (expected == actual) return;
+  throw Disagreed{{performed.number, performed.operation, what, expected, actual}};
+}
+
+void Session::expect_result(const std::string& expected, const std::string& actual) {
+  performed.expected = expected;
+  expect("result", expected, actual);
+}
+
+void Session::begin(std::size_t number, const Step& step) {
+  performed = {};
+  performed.number = number;
+  performed.operation = step.operation;
+  performed.variation = step.variation;
+}
+
+std::ptrdiff_t Session::live_handles_beyond_objects() const {
+  std::ptrdiff_t result = live_handles_ + (container_ ? 1 : 0);
+  result += std::count_if(slots_.begin(), slots_.end(),
+                          [](const std::optional<Slot>& slot) { return slot.has_value(); });
+  if (keys_cache) ++result;
+  if (values_cache) ++result;
+  if (held && held->known != keys_cache) ++result;
+  return result;
+}
+
+void Session::check_state() {
+  performed.count = model_->count();
+  performed.bucket_count = model_->bucket_count();
+  expect("exception", std::string(), outcome([] { return std::string(); }));
+  if (container_) {
+    expect("Count", model_->count(), container_->count());
+    expect("Empty", model_->count() == 0, container_->empty());
+    if (class_.is_hashed()) expect("BinCount", model_->bucket_count(), container_->bin_count());
+  }
+  for (const auto* cache : {&keys_cache, &values_cache}) {
+    if (!*cache || (*cache)->handle == nullptr) continue;
+    const unsigned holders = held && held->known == *cache ? 2 : 1;
+    expect("locks of the cached array", holders, standin::lock_count((*cache)->handle));
+  }
+  expect("locks", std::string(), book_.check_changed());
+  expect("living handles",
+         live_handles_beyond_objects() + static_cast<std::ptrdiff_t>(objects_.live_handles()),
+         static_cast<std::ptrdiff_t>(host_->ledger().live_count()));
+  for (const standin::Violation& violation : host_->ledger().violations()) {
+    expect("use of handles", std::string(), violation.text());
+  }
+  for (const std::string& error : host_->destructor_errors()) {
+    expect("destructors", std::string(), error);
+  }
+}
+
+void Session::note_order() {
+  performed.order.clear();
+  for (const Entry& entry : model_->order()) performed.order.push_back(shown_key(*entry.key));
+}
+
+void Session::check_everything() {
+  const std::vector<Entry> entries = model_->order();
+  const Iterator last = container_->last();
+  const Iterator position = container_->first();
+  std::size_t index = 0;
+  for (; index < entries.size() && !position.is_equal(last); position.move_next(), ++index) {
+    const std::string place = " at place " + std::to_string(index);
+    const Entry& entry = entries[index];
+    expect("key" + place, shown_key(*entry.key), identified(entry.key, position.key()));
+    if (class_.is_set()) continue;
+    expect("value" + place, shown_value(*entry.value), identified(entry.value, position.value()));
+  }
+  expect("length of the iteration", entries.size(), index);
+  expect("first.isEqual(last) behind the last key", true, position.is_equal(last));
+  for (; class_.is_ordered() && index > 0; --index) {
+    position.move_prev();
+    const Object* const key = entries[index - 1].key;
+    expect("key backwards at place " + std::to_string(index - 1), shown_key(*key),
+           identified(key, position.key()));
+  }
+  expect("locks", std::string(), book_.check_all());
+}
+
+void Session::end() {
+  for (int i = 0; i < slot_count; ++i) clear_slot(i);
+  held.reset();
+  drop_caches();
+  container_.reset();
+  dropped_all();
+  check_state();
+  expect("locks after the end", std::string(), book_.check_all());
+}
+
+}  // namespace model
