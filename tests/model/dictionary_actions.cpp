@@ -46,10 +46,10 @@ const Object& unboxed(const std::vector<const Object*>& objects, ElementType typ
 
 /// The entries of a Dictionary in its order. It holds some keys to be equal that a map tells apart,
 /// and the other way round.
-std::vector<Entry> entries_of(Session& session, REALobject dictionary,
+std::vector<Entry> entries_of(Playthrough& playthrough, REALobject dictionary,
                               const std::vector<const Object*>& keys,
                               const std::vector<const Object*>& values) {
-  const support::ContainerClass& its_class = session.container_class();
+  const support::ContainerClass& its_class = playthrough.container_class();
   std::vector<Entry> result;
   for (std::int32_t i = 0; i < standin::dictionary_count(dictionary); ++i) {
     const ObjectRef key = standin::dictionary_key(dictionary, i);
@@ -62,29 +62,29 @@ std::vector<Entry> entries_of(Session& session, REALobject dictionary,
 
 /// Gives a dictionary to the container itself, or to a new one that takes its place, by the
 /// constructor or by conversion.
-std::string give(Session& session, const Step& step, REALobject dictionary) {
+std::string give(Playthrough& playthrough, const Step& step, REALobject dictionary) {
   const char* const declaration =
       step.variation % 2 == 0 ? construct_from_dictionary : convert_from_dictionary;
   const bool in_place = step.variation % 3 == 0;
-  const std::vector<Entry> former = session.model().order();
+  const std::vector<Entry> former = playthrough.model().order();
   if (in_place) {
-    session.container().call<void>(declaration, dictionary);
-    session.drop_caches();
-    released(session, former);
+    playthrough.container().call<void>(declaration, dictionary);
+    playthrough.drop_caches();
+    released(playthrough, former);
   } else {
-    Container made = Container::without_storage(session.container_class());
+    Container made = Container::without_storage(playthrough.container_class());
     made.call<void>(declaration, dictionary);
-    replace(session, std::move(made), former);
+    replace(playthrough, std::move(made), former);
   }
-  session.abandoned();
-  return session.outcome([&] { return counts(session.container()); });
+  playthrough.abandoned();
+  return playthrough.outcome([&] { return counts(playthrough.container()); });
 }
 
 }  // namespace
 
-bool from_dictionary(Session& session, const Step& step) {
-  const std::vector<const Object*> keys = session.keys_of(step, 60, false);
-  const std::vector<const Object*> values = session.values_of(step, keys.size());
+bool from_dictionary(Playthrough& playthrough, const Step& step) {
+  const std::vector<const Object*> keys = playthrough.keys_of(step, 60, false);
+  const std::vector<const Object*> values = playthrough.values_of(step, keys.size());
   std::vector<Entry> entries;
   std::string actual;
   {
@@ -93,34 +93,34 @@ bool from_dictionary(Session& session, const Step& step) {
       standin::dictionary_set(dictionary.get(), boxed(keys[i]->element).get(),
                               boxed(values[i]->element).get());
     }
-    entries = entries_of(session, dictionary.get(), keys, values);
-    actual = give(session, step, dictionary.get());
+    entries = entries_of(playthrough, dictionary.get(), keys, values);
+    actual = give(playthrough, step, dictionary.get());
   }
-  session.set_model(filled(session, entries));
-  session.expect_result(counts(session.model()), actual);
+  playthrough.set_model(filled(playthrough, entries));
+  playthrough.expect_result(counts(playthrough.model()), actual);
   return true;
 }
 
-bool from_nil_dictionary(Session& session, const Step& step) {
-  const std::string actual = give(session, step, nullptr);
-  session.expect_result(counts(session.model()), actual);
+bool from_nil_dictionary(Playthrough& playthrough, const Step& step) {
+  const std::string actual = give(playthrough, step, nullptr);
+  playthrough.expect_result(counts(playthrough.model()), actual);
   return true;
 }
 
-bool to_dictionary(Session& session, const Step& step) {
+bool to_dictionary(Playthrough& playthrough, const Step& step) {
   const char* const declaration =
       step.variation % 2 == 0 ? "CloneDictionary as Dictionary" : "Operator_Convert as Dictionary";
-  const std::string actual = session.outcome([&] {
+  const std::string actual = playthrough.outcome([&] {
     const ObjectRef dictionary =
-        ObjectRef::adopt(session.container().call<REALobject>(declaration));
+        ObjectRef::adopt(playthrough.container().call<REALobject>(declaration));
     if (!standin::is_dictionary(dictionary.get())) return std::string("no Dictionary");
     return std::to_string(standin::dictionary_count(dictionary.get())) + ", " +
-           counts(session.container());
+           counts(playthrough.container());
   });
   // The former entries stay locked for good.
-  session.drop_caches();
-  session.abandoned();
-  session.expect_result("0, " + counts(session.model()), actual);
+  playthrough.drop_caches();
+  playthrough.abandoned();
+  playthrough.expect_result("0, " + counts(playthrough.model()), actual);
   return true;
 }
 

@@ -11,106 +11,107 @@ const char* truth(bool value) {
   return value ? "True" : "False";
 }
 
-void put_one(Session& session, const Object& key, const Object* value) {
-  const Container& container = session.container();
+void put_one(Playthrough& playthrough, const Object& key, const Object* value) {
+  const Container& container = playthrough.container();
   if (value != nullptr) {
     container.assign_value(key.element, value->element);
   } else {
     container.insert(key.element);
   }
-  session.drop_caches();
-  session.stored(session.model(), key, value);
+  playthrough.drop_caches();
+  playthrough.stored(playthrough.model(), key, value);
 }
 
-std::string remove_one(Session& session, const Object& key) {
-  const std::int32_t removed = session.container().remove(key.element);
-  session.drop_caches();
-  if (session.searched(session.model(), key, true)) session.dropped(key.number);
+std::string remove_one(Playthrough& playthrough, const Object& key) {
+  const std::int32_t removed = playthrough.container().remove(key.element);
+  playthrough.drop_caches();
+  if (playthrough.searched(playthrough.model(), key, true)) playthrough.dropped(key.number);
   return std::to_string(removed);
 }
 
 }  // namespace
 
-bool put(Session& session, const Step& step) {
-  const Object& key = session.key_of(step);
+bool put(Playthrough& playthrough, const Step& step) {
+  const Object& key = playthrough.key_of(step);
   const Object* const value =
-      session.container_class().is_map() ? &session.value_of(step) : nullptr;
-  session.expect_result("", session.outcome([&] {
-    put_one(session, key, value);
+      playthrough.container_class().is_map() ? &playthrough.value_of(step) : nullptr;
+  playthrough.expect_result("", playthrough.outcome([&] {
+    put_one(playthrough, key, value);
     return std::string();
   }));
   return true;
 }
 
-bool put_many(Session& session, const Step& step) {
-  const std::vector<const Object*> keys = session.keys_of(step, 10000, false);
+bool put_many(Playthrough& playthrough, const Step& step) {
+  const std::vector<const Object*> keys = playthrough.keys_of(step, 10000, false);
   std::vector<const Object*> values(keys.size(), nullptr);
-  if (session.container_class().is_map()) values = session.values_of(step, keys.size());
-  session.expect_result("", session.outcome([&] {
-    for (std::size_t i = 0; i < keys.size(); ++i) put_one(session, *keys[i], values[i]);
+  if (playthrough.container_class().is_map()) values = playthrough.values_of(step, keys.size());
+  playthrough.expect_result("", playthrough.outcome([&] {
+    for (std::size_t i = 0; i < keys.size(); ++i) put_one(playthrough, *keys[i], values[i]);
     return std::string();
   }));
   return true;
 }
 
-bool contains(Session& session, const Step& step) {
-  const Object& key = session.key_of(step);
+bool contains(Playthrough& playthrough, const Step& step) {
+  const Object& key = playthrough.key_of(step);
   const std::string actual =
-      session.outcome([&] { return truth(session.container().contains(key.element)); });
-  session.expect_result(truth(session.searched(session.model(), key)), actual);
+      playthrough.outcome([&] { return truth(playthrough.container().contains(key.element)); });
+  playthrough.expect_result(truth(playthrough.searched(playthrough.model(), key)), actual);
   return true;
 }
 
-bool count_key(Session& session, const Step& step) {
-  const Object& key = session.key_of(step);
-  const std::string actual =
-      session.outcome([&] { return std::to_string(session.container().count_key(key.element)); });
-  session.expect_result(session.searched(session.model(), key) ? "1" : "0", actual);
+bool count_key(Playthrough& playthrough, const Step& step) {
+  const Object& key = playthrough.key_of(step);
+  const std::string actual = playthrough.outcome(
+      [&] { return std::to_string(playthrough.container().count_key(key.element)); });
+  playthrough.expect_result(playthrough.searched(playthrough.model(), key) ? "1" : "0", actual);
   return true;
 }
 
-bool read_value(Session& session, const Step& step) {
-  const Object& key = session.key_of(step);
-  const Entry* const entry = session.model().find(key.number);
-  const std::string actual = session.outcome([&] {
-    const Element read = session.container().value(key.element);
-    return session.identified(entry != nullptr ? entry->value : nullptr, read);
+bool read_value(Playthrough& playthrough, const Step& step) {
+  const Object& key = playthrough.key_of(step);
+  const Entry* const entry = playthrough.model().find(key.number);
+  const std::string actual = playthrough.outcome([&] {
+    const Element read = playthrough.container().value(key.element);
+    return playthrough.identified(entry != nullptr ? entry->value : nullptr, read);
   });
-  session.searched(session.model(), key);
-  session.expect_result(
-      entry != nullptr ? session.shown_value(*entry->value) : "KeyNotFoundException: ", actual);
+  playthrough.searched(playthrough.model(), key);
+  playthrough.expect_result(
+      entry != nullptr ? playthrough.shown_value(*entry->value) : "KeyNotFoundException: ", actual);
   return true;
 }
 
-bool lookup(Session& session, const Step& step) {
-  const Object& key = session.key_of(step);
-  const Object& default_value = session.value_of(step);
-  const Entry* const entry = session.model().find(key.number);
+bool lookup(Playthrough& playthrough, const Step& step) {
+  const Object& key = playthrough.key_of(step);
+  const Object& default_value = playthrough.value_of(step);
+  const Entry* const entry = playthrough.model().find(key.number);
   const Object& expected = entry != nullptr ? *entry->value : default_value;
-  const std::string actual = session.outcome([&] {
-    const Element read = session.container().lookup(key.element, default_value.element);
-    return session.identified(&expected, read);
+  const std::string actual = playthrough.outcome([&] {
+    const Element read = playthrough.container().lookup(key.element, default_value.element);
+    return playthrough.identified(&expected, read);
   });
-  session.searched(session.model(), key);
-  session.expect_result(session.shown_value(expected), actual);
+  playthrough.searched(playthrough.model(), key);
+  playthrough.expect_result(playthrough.shown_value(expected), actual);
   return true;
 }
 
-bool remove_key(Session& session, const Step& step) {
-  const Object& key = session.key_of(step);
-  const std::string expected = session.model().find(key.number) != nullptr ? "1" : "0";
-  session.expect_result(expected, session.outcome([&] { return remove_one(session, key); }));
+bool remove_key(Playthrough& playthrough, const Step& step) {
+  const Object& key = playthrough.key_of(step);
+  const std::string expected = playthrough.model().find(key.number) != nullptr ? "1" : "0";
+  playthrough.expect_result(expected,
+                            playthrough.outcome([&] { return remove_one(playthrough, key); }));
   return true;
 }
 
-bool remove_many(Session& session, const Step& step) {
+bool remove_many(Playthrough& playthrough, const Step& step) {
   std::string expected;
   std::string actual;
-  for (const Object* key : session.keys_of(step, 10000, false)) {
-    expected += session.model().find(key->number) != nullptr ? "1" : "0";
-    actual += session.outcome([&] { return remove_one(session, *key); });
+  for (const Object* key : playthrough.keys_of(step, 10000, false)) {
+    expected += playthrough.model().find(key->number) != nullptr ? "1" : "0";
+    actual += playthrough.outcome([&] { return remove_one(playthrough, *key); });
   }
-  session.expect_result(expected, actual);
+  playthrough.expect_result(expected, actual);
   return true;
 }
 

@@ -5,21 +5,21 @@ namespace model {
 
 using support::Container;
 
-void replace(Session& session, Container container, const std::vector<Entry>& former) {
-  released(session, former);
-  session.replace_container(std::move(container));
+void replace(Playthrough& playthrough, Container container, const std::vector<Entry>& former) {
+  released(playthrough, former);
+  playthrough.replace_container(std::move(container));
 }
 
-void released(Session& session, const std::vector<Entry>& entries) {
+void released(Playthrough& playthrough, const std::vector<Entry>& entries) {
   for (const Entry& entry : entries) {
-    session.book().add(entry.key->element, -1);
-    if (entry.value != nullptr) session.book().add(entry.value->element, -1);
+    playthrough.book().add(entry.key->element, -1);
+    if (entry.value != nullptr) playthrough.book().add(entry.value->element, -1);
   }
 }
 
-std::unique_ptr<Model> filled(Session& session, const std::vector<Entry>& entries) {
-  std::unique_ptr<Model> result = session.new_model();
-  for (const Entry& entry : entries) session.stored(*result, *entry.key, entry.value);
+std::unique_ptr<Model> filled(Playthrough& playthrough, const std::vector<Entry>& entries) {
+  std::unique_ptr<Model> result = playthrough.new_model();
+  for (const Entry& entry : entries) playthrough.stored(*result, *entry.key, entry.value);
   return result;
 }
 

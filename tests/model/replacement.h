@@ -6,17 +6,18 @@
 #include <string>
 #include <vector>
 
-#include "model/session.h"
+#include "model/playthrough.h"
 
 namespace model {
 
-/// The session's container dies, and its former entries with it.
-void replace(Session& session, support::Container container, const std::vector<Entry>& former);
+/// The playthrough's container dies, and its former entries with it.
+void replace(Playthrough& playthrough, support::Container container,
+             const std::vector<Entry>& former);
 /// Keeps account of entries that were released.
-void released(Session& session, const std::vector<Entry>& entries);
+void released(Playthrough& playthrough, const std::vector<Entry>& entries);
 
 /// What filling an empty container with these entries, one after the other, comes to.
-std::unique_ptr<Model> filled(Session& session, const std::vector<Entry>& entries);
+std::unique_ptr<Model> filled(Playthrough& playthrough, const std::vector<Entry>& entries);
 
 /// Count and number of buckets, as a program prints them.
 std::string counts(const support::Container& container);

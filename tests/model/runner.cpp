@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "model/actions.h"
-#include "model/session.h"
+#include "model/playthrough.h"
 #include "support/leak_sanitizer.h"
 
 namespace model {
@@ -16,22 +16,22 @@ void note(Reach& reach, const Performed& performed) {
   reach.largest_count = std::max(reach.largest_count, performed.count);
 }
 
-void run_steps(Session& session, const Sequence& sequence, const RunOptions& options,
+void run_steps(Playthrough& playthrough, const Sequence& sequence, const RunOptions& options,
                Outcome& outcome) {
   for (std::size_t i = 0; i < sequence.steps.size(); ++i) {
     const Step& step = sequence.steps[i];
-    session.begin(i + 1, step);
-    if (!applies(step.operation, session.container_class())) continue;
-    if (!actions::of(step.operation)(session, step)) continue;
-    session.check_state();
-    note(outcome.reach, session.performed);
+    playthrough.begin(i + 1, step);
+    if (!applies(step.operation, playthrough.container_class())) continue;
+    if (!actions::of(step.operation)(playthrough, step)) continue;
+    playthrough.check_state();
+    note(outcome.reach, playthrough.performed);
     const bool is_last = i + 1 == sequence.steps.size();
-    if (is_last || (i + 1) % options.steps_between_full_checks == 0) session.check_everything();
+    if (is_last || (i + 1) % options.steps_between_full_checks == 0) playthrough.check_everything();
     if (!options.keep_performed) continue;
-    session.note_order();
-    outcome.performed.push_back(session.performed);
+    playthrough.note_order();
+    outcome.performed.push_back(playthrough.performed);
   }
-  session.end();
+  playthrough.end();
 }
 
 bool abandons_storage(const Sequence& sequence) {
@@ -51,14 +51,14 @@ Outcome run(const Sequence& sequence, const RunOptions& options, const ModelFact
   std::optional<support::LeaksExpected> leaks_expected;
   if (abandons_storage(sequence)) leaks_expected.emplace();
   Outcome outcome;
-  Session session(sequence, make_model);
+  Playthrough playthrough(sequence, make_model);
   try {
-    run_steps(session, sequence, options, outcome);
+    run_steps(playthrough, sequence, options, outcome);
   } catch (const Disagreed& disagreed) {
     outcome.disagreement = disagreed.disagreement;
     if (options.keep_performed) {
-      session.note_order();
-      outcome.performed.push_back(session.performed);
+      playthrough.note_order();
+      outcome.performed.push_back(playthrough.performed);
     }
   }
   return outcome;

@@ -1,5 +1,5 @@
-// The accounts of a session, and what is compared after each step.
-#include "model/session.h"
+// The accounts of a playthrough, and what is compared after each step.
+#include "model/playthrough.h"
 
 #include <algorithm>
 #include <cmath>
@@ -40,7 +40,7 @@ std::string Disagreement::text() const {
          "\n  expected: " + expected + "\n  actual:   " + actual + "\n";
 }
 
-Session::Session(const Sequence& sequence, const ModelFactory& make_model)
+Playthrough::Playthrough(const Sequence& sequence, const ModelFactory& make_model)
     : class_(*sequence.container_class),
       make_model_(make_model),
       host_(started_host()),
@@ -50,26 +50,26 @@ Session::Session(const Sequence& sequence, const ModelFactory& make_model)
       model_(new_model()),
       container_(Container::make(class_)) {}
 
-Session::~Session() {
+Playthrough::~Playthrough() {
   held.reset();
   keys_cache.reset();
   values_cache.reset();
 }
 
-const Object& Session::key_of(const Step& step) {
+const Object& Playthrough::key_of(const Step& step) {
   const Object& key = objects_.key(step.key % objects_.key_count(), step.variation % copies);
   performed.keys.push_back({*key.content, key.other_form});
   return key;
 }
 
-const Object& Session::value_of(const Step& step) {
+const Object& Playthrough::value_of(const Step& step) {
   const Object& value =
       objects_.value(step.value % objects_.value_count(), step.variation % copies);
   performed.values.push_back({*value.content, value.other_form});
   return value;
 }
 
-std::vector<const Object*> Session::keys_of(const Step& step, int most, bool with_equal_ones) {
+std::vector<const Object*> Playthrough::keys_of(const Step& step, int most, bool with_equal_ones) {
   const int count = std::min({step.number, most, objects_.key_count()});
   // Neighbours in order, or scattered.
   const int distance = step.variation % 2 == 0 ? 1 : 7;
@@ -83,7 +83,7 @@ std::vector<const Object*> Session::keys_of(const Step& step, int most, bool wit
   return result;
 }
 
-std::vector<const Object*> Session::values_of(const Step& step, std::size_t count) {
+std::vector<const Object*> Playthrough::values_of(const Step& step, std::size_t count) {
   std::vector<const Object*> result;
   for (std::size_t i = 0; i < count; ++i) {
     const int number = (step.value + static_cast<int>(i)) % objects_.value_count();
@@ -93,7 +93,7 @@ std::vector<const Object*> Session::values_of(const Step& step, std::size_t coun
   return result;
 }
 
-bool Session::searched(Model& model, const Object& key, bool whole_chain) {
+bool Playthrough::searched(Model& model, const Object& key, bool whole_chain) {
   const bool found = model.find(key.number) != nullptr;
   if (class_.key == support::ElementType::integer) return found;
   if (support::handle(key.element) == nullptr) book_.unknown_takes_part();
@@ -108,7 +108,7 @@ bool Session::searched(Model& model, const Object& key, bool whole_chain) {
   return found;
 }
 
-void Session::searched_by_unknown(Model& model, int key) {
+void Playthrough::searched_by_unknown(Model& model, int key) {
   book_.unknown_takes_part();
   if (class_.is_ordered()) {
     book_.compared_some(1, most_comparisons(model.count()));
@@ -120,7 +120,7 @@ void Session::searched_by_unknown(Model& model, int key) {
   }
 }
 
-void Session::stored(Model& model, const Object& key, const Object* value) {
+void Playthrough::stored(Model& model, const Object& key, const Object* value) {
   model.grow();
   if (!searched(model, key)) {
     model.insert({&key, nullptr}, objects_.hash(key.number));
@@ -129,13 +129,13 @@ void Session::stored(Model& model, const Object& key, const Object* value) {
   if (value != nullptr) replaced(*model.find(key.number), *value);
 }
 
-void Session::replaced(Entry& entry, const Object& value) {
+void Playthrough::replaced(Entry& entry, const Object& value) {
   book_.add(value.element, 1);
   if (entry.value != nullptr) book_.add(entry.value->element, -1);
   entry.value = &value;
 }
 
-void Session::dropped(int key) {
+void Playthrough::dropped(int key) {
   const Entry* const entry = model_->find(key);
   book_.add(entry->key->element, -1);
   if (entry->value != nullptr) book_.add(entry->value->element, -1);
@@ -145,16 +145,16 @@ void Session::dropped(int key) {
   }
 }
 
-void Session::dropped_all() {
+void Playthrough::dropped_all() {
   for (const Entry& entry : model_->order()) dropped(entry.key->number);
 }
 
-void Session::abandoned() {
+void Playthrough::abandoned() {
   model_ = new_model();
   for (int i = 0; i < slot_count; ++i) clear_slot(i);
 }
 
-void Session::build_caches() {
+void Playthrough::build_caches() {
   if (keys_cache) return;
   std::vector<const Object*> its_keys;
   std::vector<const Object*> its_values;
@@ -166,26 +166,26 @@ void Session::build_caches() {
   if (class_.is_map()) values_cache = std::make_shared<KnownArray>(book_, std::move(its_values));
 }
 
-void Session::drop_caches() {
+void Playthrough::drop_caches() {
   keys_cache.reset();
   values_cache.reset();
 }
 
-void Session::set_slot(int number, Iterator iterator, std::optional<int> key) {
+void Playthrough::set_slot(int number, Iterator iterator, std::optional<int> key) {
   slot(number).emplace(Slot{std::move(iterator), key});
 }
 
-void Session::clear_slot(int number) {
+void Playthrough::clear_slot(int number) {
   slot(number).reset();
 }
 
-void Session::replace_container(Container container) {
+void Playthrough::replace_container(Container container) {
   for (int i = 0; i < slot_count; ++i) clear_slot(i);
   drop_caches();
   container_.emplace(std::move(container));
 }
 
-std::string Session::outcome(const std::function<std::string()>& call) {
+std::string Playthrough::outcome(const std::function<std::string()>& call) {
   const std::string result = call();
   if (!host_->has_pending_exception()) return result;
   const standin::HostException exception(host_->take_pending_exception());
@@ -197,31 +197,31 @@ std::string Session::outcome(const std::function<std::string()>& call) {
   return raised + ", with the result " + result;
 }
 
-std::string Session::identified(const Object* expected, const Element& actual) const {
+std::string Playthrough::identified(const Object* expected, const Element& actual) const {
   const bool is_same =
       expected == nullptr || support::handle(expected->element) == support::handle(actual);
   return shown(actual) + (is_same ? "" : " in another object");
 }
 
-void Session::expect(const std::string& what, const std::string& expected,
-                     const std::string& actual) {
+void Playthrough::expect(const std::string& what, const std::string& expected,
+                         const std::string& actual) {
   if (expected == actual) return;
   throw Disagreed{{performed.number, performed.operation, what, expected, actual}};
 }
 
-void Session::expect_result(const std::string& expected, const std::string& actual) {
+void Playthrough::expect_result(const std::string& expected, const std::string& actual) {
   performed.expected = expected;
   expect("result", expected, actual);
 }
 
-void Session::begin(std::size_t number, const Step& step) {
+void Playthrough::begin(std::size_t number, const Step& step) {
   performed = {};
   performed.number = number;
   performed.operation = step.operation;
   performed.variation = step.variation;
 }
 
-std::ptrdiff_t Session::live_handles_beyond_objects() const {
+std::ptrdiff_t Playthrough::live_handles_beyond_objects() const {
   std::ptrdiff_t result = live_handles_ + (container_ ? 1 : 0);
   result += std::count_if(slots_.begin(), slots_.end(),
                           [](const std::optional<Slot>& slot) { return slot.has_value(); });
@@ -231,7 +231,7 @@ std::ptrdiff_t Session::live_handles_beyond_objects() const {
   return result;
 }
 
-void Session::check_state() {
+void Playthrough::check_state() {
   performed.count = model_->count();
   performed.bucket_count = model_->bucket_count();
   expect("exception", std::string(), outcome([] { return std::string(); }));
@@ -257,12 +257,12 @@ void Session::check_state() {
   }
 }
 
-void Session::note_order() {
+void Playthrough::note_order() {
   performed.order.clear();
   for (const Entry& entry : model_->order()) performed.order.push_back(shown_key(*entry.key));
 }
 
-void Session::check_everything() {
+void Playthrough::check_everything() {
   const std::vector<Entry> entries = model_->order();
   const Iterator last = container_->last();
   const Iterator position = container_->first();
@@ -285,7 +285,7 @@ void Session::check_everything() {
   expect("locks", std::string(), book_.check_all());
 }
 
-void Session::end() {
+void Playthrough::end() {
   for (int i = 0; i < slot_count; ++i) clear_slot(i);
   held.reset();
   drop_caches();

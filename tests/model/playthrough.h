@@ -2,8 +2,8 @@
 // sequence work on.
 //
 // Steps act on both sides; `expect` compares. The first disagreement ends the sequence.
-#ifndef ZRB_TESTS_MODEL_SESSION_H
-#define ZRB_TESTS_MODEL_SESSION_H
+#ifndef ZRB_TESTS_MODEL_PLAYTHROUGH_H
+#define ZRB_TESTS_MODEL_PLAYTHROUGH_H
 
 #include <array>
 #include <functional>
@@ -35,12 +35,12 @@ struct Slot {
 };
 constexpr int slot_count = 3;
 
-class Session {
+class Playthrough {
  public:
-  Session(const Sequence& sequence, const ModelFactory& make_model);
-  ~Session();
-  Session(const Session&) = delete;
-  Session& operator=(const Session&) = delete;
+  Playthrough(const Sequence& sequence, const ModelFactory& make_model);
+  ~Playthrough();
+  Playthrough(const Playthrough&) = delete;
+  Playthrough& operator=(const Playthrough&) = delete;
 
   // What a step speaks of.
   const support::ContainerClass& container_class() const { return class_; }
