@@ -62,7 +62,7 @@ ZRB_FOR_CLASSES(RandomSequences, support::all_classes());
 ZRB_FOR_CLASSES(HashedSequences, support::hashed_classes());
 
 TEST_P(RandomSequences, of_few_keys_agree_with_the_model_in_every_operation) {
-  run_all({.key_count = 25, .steps = 500, .largest_many = 12}, 12, 1);
+  run_all({.key_count = 25, .steps = 500, .largest_many = 12}, 12, 3);
   for (const model::Weights& row : model::weights()) {
     if (!model::applies(row.operation, GetParam())) continue;
     EXPECT_TRUE(reach().performed.contains(row.operation)) << model::name(row.operation);
@@ -78,7 +78,7 @@ TEST_P(RandomSequences, that_cross_growth_steps_agree_with_the_model) {
 }
 
 TEST_P(RandomSequences, of_many_keys_agree_with_the_model) {
-  run_all({.key_count = 8000, .steps = 300, .largest_many = 2000}, 2, 50);
+  run_all({.key_count = 8000, .steps = 300, .largest_many = 2000}, 2, 150);
   EXPECT_GT(reach().largest_count, 3000);
 }
 
@@ -99,7 +99,7 @@ TEST_P(HashedSequences, agree_with_the_model_exactly_where_tables_grow) {
       sequence.steps.push_back({look});
       present = buckets + 1;
     }
-    run(sequence, 1);
+    run(sequence, 8);  // the arrays show everything, too
   }
 }
 
