@@ -37,8 +37,11 @@ struct ContainerClass {
   using ValueHost = typename Value::Host;
   using StoredKey = typename Key::Stored;
   using StoredValue = typename Value::Stored;
+  using KeyProbe = typename Key::Probe;
   using Storage = typename Kind::template Engine<Key, Value>;
   using Position = typename Storage::Position;
+  using Element = typename Storage::Element;
+  using ElementUse = typename Storage::ElementUse;
 };
 
 #endif

@@ -77,7 +77,9 @@ void drop_caches(REALobject instance) {
 template <class Storage>
 struct DoomedStorage {
   Storage* storage;
-  ~DoomedStorage() noexcept(false) { delete storage; }
+  ~DoomedStorage() noexcept(false) {
+    if (storage != nullptr) destroy_storage(storage);
+  }
 };
 
 /// Gives the instance fresh, empty storage; what was there is left as it is, unreleased. On

@@ -72,14 +72,17 @@ struct ContainerIterators {
   }
 
   /// Removes the element that `pos` names; `pos` must not be used afterwards. Nothing happens for a
-  /// nil iterator and for one without a position. O(1) hashed, O(log n) ordered.
+  /// nil iterator, one without a position, at the end, or of another container. O(1) hashed, O(log
+  /// n) ordered.
   static void erase1(REALobject instance, REALobject pos) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr || pos == nullptr) return;
     const Position* position = position_of<C>(pos);
-    if (position == nullptr) return;
+    if (position == nullptr || &position->storage() != storage) return;
+    const Position place = *position;
+    const InUse use(*storage);
     drop_caches<C>(instance);
-    storage->erase(*position);
+    storage->erase(place);
   }
 
   /// Removes the elements from `first` up to but not including `last`, in iteration order.
@@ -89,8 +92,11 @@ struct ContainerIterators {
     const Position* from = position_of<C>(first);
     const Position* to = position_of<C>(last);
     if (from == nullptr || to == nullptr) return;
+    if (&from->storage() != storage || &to->storage() != storage) return;
+    const Position range[] = {*from, *to};
+    const InUse use(*storage);
     drop_caches<C>(instance);
-    storage->erase(*from, *to);
+    storage->erase(range[0], range[1]);
   }
 
  private:
@@ -100,8 +106,8 @@ struct ContainerIterators {
     if (storage == nullptr) return nullptr;
     Position position;
     {
-      const typename C::StoredKey held_key(key);
-      position = search_storage(*storage, held_key);
+      const typename C::KeyProbe probe(key);
+      position = search_storage(*storage, probe);
     }
     return new_iterator<C>(position);
   }
@@ -127,12 +133,14 @@ struct IteratorObject {
   static typename C::KeyHost GetKey(REALobject iterator) {
     Position* position = position_or_raise(iterator);
     if (position == nullptr || position->is_end()) return {};
+    const typename C::ElementUse use(position->storage());
     return C::Key::hand_out(position->entry().key);
   }
 
   static typename C::ValueHost GetValue(REALobject iterator) {
     Position* position = position_or_raise(iterator);
     if (position == nullptr || position->is_end()) return {};
+    const typename C::ElementUse use(position->storage());
     return C::Value::hand_out(position->entry().value);
   }
 
@@ -141,8 +149,10 @@ struct IteratorObject {
   static void SetValue(REALobject iterator, typename C::ValueHost value) {
     Position* position = position_or_raise(iterator);
     if (position == nullptr || position->is_end()) return;
+    const typename C::ElementUse use(position->storage());
+    auto& element = position->entry();
     typename C::StoredValue replacement(value);
-    std::swap(position->entry().value, replacement);
+    std::swap(element.value, replacement);
   }
 
   // Whether both name the same element, or both the end. A nil `other` raises and gives false for

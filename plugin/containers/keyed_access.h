@@ -13,8 +13,8 @@ struct KeyedAccess {
   static std::int32_t count(REALobject instance, typename C::KeyHost key) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return 0;
-    const typename C::StoredKey held_key(key);
-    return static_cast<std::int32_t>(storage->count(held_key));
+    const typename C::KeyProbe probe(key);
+    return static_cast<std::int32_t>(storage->count(probe));
   }
 
   /// Whether an element has this key.
@@ -25,8 +25,8 @@ struct KeyedAccess {
  protected:
   /// Removes the element with this key; how many went.
   static std::int32_t remove_key(typename C::Storage& storage, typename C::KeyHost key) {
-    const typename C::StoredKey held_key(key);
-    return static_cast<std::int32_t>(storage.erase(held_key));
+    const typename C::KeyProbe probe(key);
+    return static_cast<std::int32_t>(storage.erase(probe));
   }
 };
 

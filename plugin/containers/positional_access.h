@@ -16,7 +16,7 @@ template <class C>
 struct PositionalAccess {
   using Key = typename C::Key;
   using Value = typename C::Value;
-  using ContainerEntry = Entry<typename C::StoredKey, typename C::StoredValue>;
+  using Element = typename C::Element;
 
   /// All keys, or all values, as the cached array itself, with one lock for the caller: a program
   /// that changes it changes the cache. Nil, without an exception, for an instance without storage.
@@ -34,81 +34,98 @@ struct PositionalAccess {
   /// to report. Where no array could be made, a set gives nil and a map counts its elements out;
   /// nil behind the last.
   static typename C::KeyHost KeyAtIndex(REALobject instance, std::int32_t index) {
-    return at<Key>(instance, index, &ContainerData<C>::keysCache, &ContainerEntry::key);
+    return at<Key>(instance, index, &ContainerData<C>::keysCache, &Element::key);
   }
   static typename C::ValueHost ValueAtIndex(REALobject instance, std::int32_t index) {
-    return at<Value>(instance, index, &ContainerData<C>::valuesCache, &ContainerEntry::value);
+    return at<Value>(instance, index, &ContainerData<C>::valuesCache, &Element::value);
   }
 
   /// Inserts all keys, or all values, in iteration order before what `target` holds. Caches are
   /// neither used nor changed. O(n) insertions.
   static void rbGetKeys2(REALobject instance, REALarray target) {
-    insert_all<Key>(instance, target, &ContainerEntry::key);
+    insert_all<Key>(instance, target, &Element::key);
   }
   static void rbGetValues2(REALobject instance, REALarray target) {
-    insert_all<Value>(instance, target, &ContainerEntry::value);
+    insert_all<Value>(instance, target, &Element::value);
   }
 
  private:
-  // Makes the caches valid, unless the instance has no storage or the host no array.
+  // Makes the caches valid, unless the instance has no storage or the host no array. When the host
+  // changes the container meanwhile, the arrays are begun again.
   static void BuildArrays(REALobject instance) {
+    if (container_data<C>(instance).storage == nullptr) return;
+    const LockedObject held_instance(instance);
     auto& data = container_data<C>(instance);
-    if (data.keysCache != nullptr || data.storage == nullptr) return;
-    const auto upper_bound = static_cast<std::int32_t>(data.storage->size()) - 1;
+    for (int attempts = 0; attempts < search_attempts; ++attempts) {
+      if (data.keysCache != nullptr || data.storage == nullptr) return;
+      if (!try_to_build_arrays(data)) continue;
+      return;
+    }
+  }
+
+  // False when the container changed meanwhile.
+  static bool try_to_build_arrays(ContainerData<C>& data) {
+    auto* storage = data.storage;
+    const InUse use(*storage);
+    const std::uint32_t changes_before = storage->changes();
+    const auto upper_bound = static_cast<std::int32_t>(storage->size()) - 1;
     auto keys = LockedArray::adopt(Key::create_array(upper_bound));
-    if (keys.get() == nullptr) return;
+    if (keys.get() == nullptr) return true;
     LockedArray values;
     if constexpr (C::is_map) {
       values = LockedArray::adopt(Value::create_array(upper_bound));
-      if (values.get() == nullptr) return;
+      if (values.get() == nullptr) return true;
     }
+    if (storage->changes() != changes_before) return false;
     std::int32_t index = 0;
-    data.storage->for_each([&](const ContainerEntry& entry) {
-      store<Key>(keys.get(), index, entry.key);
-      if constexpr (C::is_map) store<Value>(values.get(), index, entry.value);
+    const bool complete = storage->for_each([&](const Element& element) {
+      store<Key>(keys.get(), index, element.key);
+      if constexpr (C::is_map) store<Value>(values.get(), index, element.value);
       ++index;
       return true;
     });
+    if (!complete || data.storage != storage || data.keysCache != nullptr) return false;
     data.keysCache = keys.detach();
     if constexpr (C::is_map) data.valuesCache = values.detach();
+    return true;
   }
 
-  template <class Element>
-  static void store(REALarray array, std::int32_t index, const typename Element::Stored& element) {
-    const typename Element::Stored held(element);
-    REALSetArrayValue(array, index, Element::lend(held));
+  template <class Kind>
+  static void store(REALarray array, std::int32_t index, const typename Kind::Stored& element) {
+    const typename Kind::Stored held(element);
+    REALSetArrayValue(array, index, Kind::lend(held));
   }
 
-  template <class Element>
-  static typename Element::Host at(REALobject instance, std::int32_t index,
-                                   REALarray ContainerData<C>::*cache,
-                                   typename Element::Stored ContainerEntry::*part) {
-    BuildArrays(instance);
-    typename Element::Host element{};
+  template <class Kind>
+  static typename Kind::Host at(REALobject instance, std::int32_t index,
+                                REALarray ContainerData<C>::*cache,
+                                typename Kind::Stored Element::*part) {
+    if ((container_data<C>(instance).*cache) == nullptr) BuildArrays(instance);
+    typename Kind::Host element{};
     if (REALarray array = container_data<C>(instance).*cache; array != nullptr) {
       REALGetArrayValue(array, index, &element);
     } else if constexpr (C::is_map) {
       auto* storage = storage_or_raise<C>(instance);
       if (storage == nullptr || index < 0) return element;
-      storage->for_each([&](const ContainerEntry& entry) {
+      storage->for_each([&](const Element& entry) {
         if (index-- > 0) return true;
-        element = Element::hand_out(entry.*part);
+        element = Kind::hand_out(entry.*part);
         return false;
       });
     }
     return element;
   }
 
-  template <class Element>
+  template <class Kind>
   static void insert_all(REALobject instance, REALarray target,
-                         typename Element::Stored ContainerEntry::*part) {
+                         typename Kind::Stored Element::*part) {
     if (target == nullptr) return raise_array_is_nil();
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return;
     std::int32_t index = 0;
-    storage->for_each([&](const ContainerEntry& entry) {
-      const typename Element::Stored held(entry.*part);
-      REALInsertArrayValue(target, index++, Element::lend(held));
+    storage->for_each([&](const Element& entry) {
+      const typename Kind::Stored held(entry.*part);
+      REALInsertArrayValue(target, index++, Kind::lend(held));
       return true;
     });
   }

@@ -3,6 +3,7 @@
 #define ZRB_PLUGIN_CONTAINERS_SETS_H
 
 #include <cstdint>
+#include <limits>
 #include <type_traits>
 
 #include "containers/keyed_access.h"
@@ -38,8 +39,8 @@ struct SetOperations : private KeyedAccess<C> {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return;
     const TakenCaches dropped = take_caches<C>(instance);  // also when nothing is inserted
-    const StoredKey held_key(key);
-    storage->insert_unique(held_key);
+    const typename C::KeyProbe probe(key);
+    storage->insert_unique(probe);
   }
 
   /// Removes the key; 1 when it was there, else 0. The caches go in any case, even when the set
@@ -66,10 +67,13 @@ struct SetOperations : private KeyedAccess<C> {
   static void construct(REALobject instance, REALarray keys, Fetch fetch_key) {
     if (keys == nullptr) return raise_values_array_is_nil();
     install_fresh_storage<C>(instance);
+    const LockedObject held_instance(instance);
     const std::int32_t upper_bound = REALGetArrayUBound(keys);
     for (std::int32_t index = 0; index <= upper_bound; ++index) {
       const StoredKey key = fetch_key(keys, index);
+      if (container_data<C>(instance).storage == nullptr) return;  // destroyed by what it called
       insert(instance, C::Key::lend(key));
+      if (index == std::numeric_limits<std::int32_t>::max()) return;
     }
   }
 };

@@ -5,6 +5,7 @@
 //   Host         how it crosses the binary interface
 //   Stored       how a container holds it: constructed from a Host value, which it locks, and empty
 //                (nil or 0) by default
+//   Probe        a key prepared for a search: derived from Stored, made from a Host value
 //   Hash, Equal, Less   for keys
 //   lend         the stored element as the host's, borrowed
 //   hand_out     the same with one lock that passes to the host
@@ -14,7 +15,6 @@
 #define ZRB_PLUGIN_KEYS_ELEMENTS_H
 
 #include <cstdint>
-#include <functional>
 
 #include "host/arrays.h"
 #include "host/fixed_string.h"
@@ -28,6 +28,7 @@ struct VariantElement {
   static constexpr FixedString word = "variant";
   using Host = REALobject;
   using Stored = RBVariant;
+  using Probe = VariantProbe;
   using Hash = RBVariantHash;
   using Equal = EqualRBVariant;
   using Less = LTRBVariant;
@@ -45,6 +46,7 @@ struct StringElement {
   static constexpr FixedString word = "string";
   using Host = REALstring;
   using Stored = RBString;
+  using Probe = StringProbe;
   using Hash = RBStringHash;
   using Equal = EqualRBString;
   using Less = LTRBString;
@@ -64,9 +66,10 @@ struct IntegerElement {
   static constexpr FixedString word = "integer";
   using Host = std::int32_t;
   using Stored = std::int32_t;
+  using Probe = std::int32_t;
   using Hash = IntegerHash;
-  using Equal = std::equal_to<std::int32_t>;
-  using Less = std::less<std::int32_t>;
+  using Equal = IntegerEqual;
+  using Less = IntegerLess;
 
   static Host lend(Stored element) { return element; }
   static Host hand_out(Stored element) { return element; }

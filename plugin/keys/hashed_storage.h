@@ -1,8 +1,9 @@
 // Hashed storage: unique keys in chained buckets, of which there is a prime number.
 //
 // Layout. An array of bucket heads, each the first node of a singly linked chain. A key belongs to
-// the bucket `hash(key) % bucket count`. New nodes go to the head of their chain. Nodes come from a
-// pool of the table's own and never move.
+// the bucket `hash(key) % bucket count`. New nodes go to the head of their chain. Heads and links
+// are 32 bits wide in every build (node_memory.h), so that a map from integers to integers takes 12
+// bytes a node and 4 a bucket; nodes never move.
 //
 // Order. Iteration visits the buckets in ascending order and each chain from its head. Programs see
 // this order, so it is fixed: the newest element of a bucket comes first, and each growth step,
@@ -14,13 +15,23 @@
 //
 // Hashes are not kept. Each operation on a key hashes that key once; growth hashes every key once.
 //
-// Exceptions. Hash, equality, the copying of a key and the destruction of an element may throw.
-// The table then stays valid, nothing is leaked, and the exception passes on:
+// Speed. The bucket is found without a division (remainder.h). Growth, iteration and clearing know
+// which nodes they come to next, and ask for them a dozen buckets ahead; growth also gathers nodes
+// and their new buckets before it touches those, so that several cache misses are under way at
+// once. Elements that call nobody when they die are never visited for it.
+//
+// Exceptions. Hash, equality, the copying of a key and the destruction of an element may throw,
+// unless they are declared noexcept. The table then stays valid, nothing is leaked, and the
+// exception passes on:
 //  - a search, and an insertion that needs no growth, leave the elements as they were;
-//  - a hash that throws during growth costs the elements moved so far: they are destroyed, and the
-//    table goes on with its old buckets and the rest;
+//  - a hash that throws during growth costs the elements before it in the order: they are
+//    destroyed, and the table goes on with its old buckets and the rest;
 //  - an element whose destruction throws is gone all the same, and a removal of several goes on to
 //    the end first.
+//
+// Reentrancy. Each of these calls may change the table itself, see in_use.h. So no operation is
+// halfway when it calls: growth hashes all keys before it moves any, removals unlink all nodes
+// before they destroy any, and a search that finds the table changed under it begins again.
 //
 // Source: the hashtable of the SGI Standard Template Library (growth, order, prime sizes).
 #ifndef ZRB_PLUGIN_KEYS_HASHED_STORAGE_H
@@ -31,37 +42,54 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 #include "keys/bucket_sizes.h"
 #include "keys/entry.h"
 #include "keys/finish.h"
-#include "keys/node_pool.h"
+#include "keys/in_use.h"
+#include "keys/node_memory.h"
+#include "keys/remainder.h"
 
-/// `Hash(key)` gives 32 unsigned bits, `Equal(a, b)` a boolean; both are stateless. `Value` is
-/// NoValue for a set. Costs are averages for keys that hash well; n is `size()`.
+/// `Hash(key)` gives 32 unsigned bits, `Equal(stored, key)` a boolean; both are stateless. Where an
+/// operation takes a `Probe`, that is a Key or derived from one (a key prepared for a search), and
+/// Hash and Equal take it too. `Value` is NoValue for a set. Costs are averages for keys that hash
+/// well; n is `size()`.
 template <class Key, class Value, class Hash, class Equal>
-class HashedStorage {
- public:
-  struct Node : Entry<Key, Value> {
-    using Entry<Key, Value>::Entry;
-    Node* next = nullptr;
+class HashedStorage : public Usable {
+  struct ChainLink {
+    NodeLink next = no_node;
   };
+
+ public:
+  using Element = Entry<ChainLink, Key, Value>;
 
   /// An element, or with a null node the end. Valid as long as the element and the table are.
   struct Position {
-    Node* node = nullptr;
+    Element* node = nullptr;
     HashedStorage* table = nullptr;
 
     bool is_end() const { return node == nullptr; }
-    Entry<Key, Value>& entry() const { return *node; }
+    Element& entry() const { return *node; }
     bool operator==(const Position& other) const { return node == other.node; }
+    HashedStorage& storage() const { return *table; }
   };
 
   struct InsertResult {
-    Entry<Key, Value>& entry;
+    Element& entry;
     bool inserted;
   };
+
+  /// Whether searching for keys calls nobody who could throw or change the table.
+  static constexpr bool plain_keys = std::is_nothrow_invocable_v<Hash, const Key&> &&
+                                     std::is_nothrow_invocable_v<Equal, const Key&, const Key&> &&
+                                     std::is_trivially_copyable_v<Key>;
+  /// Whether nothing that is done to elements does.
+  static constexpr bool plain_elements = plain_keys && std::is_trivially_copyable_v<Value>;
+
+  /// Guards what is done to elements.
+  using ElementUse = std::conditional_t<plain_elements, NotInUse, InUse<HashedStorage>>;
 
   /// Buckets that a new container asks for.
   static constexpr std::uint32_t initial_size_hint = 100;
@@ -70,7 +98,9 @@ class HashedStorage {
       : buckets_(bucket_size_for(size_hint)) {}
   HashedStorage(const HashedStorage&) = delete;
   HashedStorage& operator=(const HashedStorage&) = delete;
-  ~HashedStorage() noexcept(false) { clear(); }
+  ~HashedStorage() noexcept(plain_elements) {
+    if constexpr (!plain_elements) clear();
+  }
 
   std::uint32_t size() const { return size_; }
   bool empty() const { return size_ == 0; }
@@ -78,44 +108,74 @@ class HashedStorage {
   static constexpr std::uint32_t max_size() { return std::numeric_limits<std::uint32_t>::max(); }
 
   /// The first element, or the end. O(empty buckets before it).
-  Position begin() { return {first_node_from(0), this}; }
+  Position begin() { return {first_element_from(0), this}; }
   Position end() { return {nullptr, this}; }
 
   /// Moves to the next element, or to the end; stays at the end. Hashes the key at a chain's end.
   static void advance(Position& position) {
-    Node* node = position.node;
-    if (node == nullptr) return;
+    const Element* element = position.node;
+    if (element == nullptr) return;
     HashedStorage& table = *position.table;
-    position.node =
-        node->next != nullptr ? node->next : table.first_node_from(table.bucket_of(node->key) + 1);
+    if (element->next != no_node) {
+      position.node = &table.element(element->next);
+      return;
+    }
+    const SearchUse use(table);
+    const std::uint32_t hash = Hash{}(element->key);
+    position.node = table.first_element_from(table.buckets_.of(hash) + 1);
   }
 
-  /// Calls `visit(entry)` for each element in order, until it returns false. Hashes nothing.
+  /// Calls `visit(element)` for each element in order, until it returns false. Hashes nothing.
+  /// False when the walk was given up because a visit changed the table.
   template <class Visit>
-  void for_each(Visit visit) {
+  bool for_each(Visit visit) {
+    const InUse use(*this);
+    const std::uint32_t changes_before = changes();
     for (std::uint32_t bucket = 0; bucket < buckets_.count; ++bucket) {
-      for (Node* node = buckets_[bucket]; node != nullptr; node = node->next) {
-        if (!visit(*node)) return;
+      prefetch_ahead(bucket);
+      for (NodeLink link = buckets_[bucket]; link != no_node;) {
+        const NodeLink next = element(link).next;
+        if (!visit(element(link))) return true;
+        if (changes() != changes_before) [[unlikely]]
+          return false;
+        link = next;
       }
     }
+    return true;
   }
 
   /// The element with this key, or the end. O(1).
-  Position find(const Key& key) { return {find_in(bucket_of(key), key), this}; }
+  template <class Probe>
+  Position find(const Probe& key) {
+    const SearchUse use(*this);
+    const NodeLink found = find_link(Hash{}(key), key);
+    return {found == no_node ? nullptr : &element(found), this};
+  }
 
   /// 1 when the key is there, else 0. O(1).
-  std::uint32_t count(const Key& key) { return find(key).is_end() ? 0 : 1; }
+  template <class Probe>
+  std::uint32_t count(const Probe& key) {
+    return find(key).is_end() ? 0 : 1;
+  }
 
   /// The element with this key; if there is none, a new one with an empty value. Grows first.
   /// O(1), or O(n) when it grows.
-  InsertResult insert_unique(const Key& key) {
-    make_room_for(size_ + 1);
+  template <class Probe>
+  InsertResult insert_unique(const Probe& key) {
+    const SearchUse use(*this);
+    make_room_for_one();
     const std::uint32_t hash = Hash{}(key);
-    if (Node* present = find_in(hash % buckets_.count, key)) return {*present, false};
-    Node* node = pool_.create(key);
-    push(buckets_[hash % buckets_.count], node);
-    ++size_;
-    return {*node, true};
+    for (int attempts = 1;; ++attempts) {
+      if (const NodeLink present = find_link(hash, key); present != no_node)
+        return {element(present), false};
+      const std::uint32_t changes_before = changes();
+      const NodeLink link = create(key);
+      if (plain_keys || changes() == changes_before || attempts == search_attempts) {
+        return {this->link(buckets_[buckets_.of(hash)], link), true};
+      }
+      destroy(link);
+      make_room_for_one();
+    }
   }
 
   /// Removes every element of the key's bucket that has this key; how many went. O(1). Compares
@@ -123,68 +183,106 @@ class HashedStorage {
   ///
   /// That is 0 or 1, but for keys that are equal and hash differently (texts alike up to a zero
   /// byte): they are kept beside each other until growth brings them into one bucket.
-  std::uint32_t erase(const Key& key) {
-    Node*& head = buckets_[bucket_of(key)];
-    if (head == nullptr) return 0;
-    std::uint32_t removed = 0;
-    for (Node** link = &head->next; *link != nullptr;) {
-      if (Equal{}((*link)->key, key)) {
-        remove(*link);
-        ++removed;
-      } else {
-        link = &(*link)->next;
+  template <class Probe>
+  std::uint32_t erase(const Probe& key) {
+    const RemovalUse use(*this);
+    const std::uint32_t hash = Hash{}(key);
+    Unlinked unlinked(*this);
+    if constexpr (plain_keys) {
+      NodeLink* link = &buckets_[buckets_.of(hash)];
+      while (*link != no_node && !Equal{}(element(*link).key, key)) link = &element(*link).next;
+      if (*link != no_node) unlinked.take(*link);
+    } else {
+      for (int attempts = 0; attempts < search_attempts; ++attempts) {
+        if (take_equal(buckets_[buckets_.of(hash)], key, unlinked)) break;
       }
     }
-    if (Equal{}(head->key, key)) {
-      remove(head);
-      ++removed;
-    }
-    return removed;
+    return unlinked.destroy();
   }
 
   /// Removes the element at `position`; at the end, nothing. O(1).
   void erase(Position position) {
     if (position.is_end()) return;
-    Node** link = link_to(position.node, bucket_of(position.node->key));
-    if (link != nullptr) remove(*link);
+    const RemovalUse use(*this);
+    const std::uint32_t hash = Hash{}(position.node->key);
+    Unlinked unlinked(*this);
+    if (NodeLink* link = link_to(position.node, buckets_.of(hash))) unlinked.take(*link);
+    unlinked.destroy();
   }
 
   /// Removes the elements from `first` up to but not including `last`. O(buckets and elements
   /// between them).
   void erase(Position first, Position last) {
     if (first.node == last.node || first.is_end()) return;
-    const std::uint32_t first_bucket = bucket_of(first.node->key);
-    const std::uint32_t last_bucket = last.is_end() ? buckets_.count : bucket_of(last.node->key);
+    const RemovalUse use(*this);
+    const std::uint32_t first_hash = Hash{}(first.node->key);
+    const std::uint32_t last_hash = last.is_end() ? 0 : Hash{}(last.node->key);
+    const std::uint32_t first_bucket = buckets_.of(first_hash);
+    const std::uint32_t last_bucket = last.is_end() ? buckets_.count : buckets_.of(last_hash);
     if (first_bucket > last_bucket) return;
-    Node** link = link_to(first.node, first_bucket);
+    NodeLink* link = link_to(first.node, first_bucket);
     if (link == nullptr) return;
-    finish_despite_exceptions([&] {
-      while (*link != nullptr && *link != last.node) remove(*link);
-      for (std::uint32_t bucket = first_bucket + 1; bucket < last_bucket; ++bucket) {
-        while (buckets_[bucket] != nullptr) remove(buckets_[bucket]);
-      }
-      if (first_bucket == last_bucket || last.is_end()) return;
-      Node*& head = buckets_[last_bucket];
-      while (head != nullptr && head != last.node) remove(head);
-    });
+    Unlinked unlinked(*this);
+    unlinked.take_chain(*link, last.node);
+    for (std::uint32_t bucket = first_bucket + 1; bucket < last_bucket; ++bucket) {
+      unlinked.take_chain(buckets_[bucket], nullptr);
+    }
+    if (first_bucket != last_bucket && !last.is_end())
+      unlinked.take_chain(buckets_[last_bucket], last.node);
+    unlinked.destroy();
   }
 
   /// Removes every element and gives their memory back; the bucket count stays. O(buckets + n).
   void clear() {
-    finish_despite_exceptions([this] {
+    const InUse use(*this);
+    if constexpr (plain_elements) {
+      buckets_.forget_all();
+      size_ = 0;
+      count_change();
+    } else {
+      Unlinked unlinked(*this);
       for (std::uint32_t bucket = 0; bucket < buckets_.count; ++bucket) {
-        while (buckets_[bucket] != nullptr) remove(buckets_[bucket]);
+        prefetch_ahead(bucket);
+        unlinked.take_chain(buckets_[bucket], nullptr);
       }
-    });
-    pool_.release_blocks();
+      unlinked.destroy();
+    }
+    if (size_ == 0 && !is_used_by_several()) memory_.release_all();
+  }
+
+  /// Inserts the elements of another table, in its order, into this empty one; both hold plain
+  /// elements. What that gives is the same as inserting them one by one, but no key is searched
+  /// for. O(n).
+  void copy_from(const HashedStorage& other) requires plain_elements {
+    for (std::uint32_t bucket = 0; bucket < other.buckets_.count; ++bucket) {
+      other.prefetch_ahead(bucket);
+      for (NodeLink link = other.buckets_[bucket]; link != no_node;) {
+        const Element& source = other.element(link);
+        make_room_for_one();
+        const NodeLink copy = create(source.key);
+        if constexpr (!std::is_same_v<Value, NoValue>) element(copy).value = source.value;
+        this->link(buckets_[buckets_.of(Hash{}(source.key))], copy);
+        link = source.next;
+      }
+    }
   }
 
  private:
   friend struct HashedStorageInspector;  // the invariant checker of the tests
+  friend class InUse<HashedStorage>;
+
+  static constexpr std::uint32_t buckets_ahead = 12;  // to prefetch
+  static constexpr std::uint32_t stage_size = 32;     // nodes that growth moves at once
+
+  // What calls nobody needs no guard.
+  using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<HashedStorage>>;
+  using RemovalUse = ElementUse;
 
   struct Buckets {
     explicit Buckets(std::uint32_t bucket_count)
-        : heads(new Node*[within_limit(bucket_count)]()), count(bucket_count) {}
+        : heads(new NodeLink[within_limit(bucket_count)]()),
+          remainder(bucket_count),
+          count(bucket_count) {}
 
     // What the host's own address space could hold, in a wider one too.
     static std::size_t within_limit(std::uint32_t bucket_count) {
@@ -192,88 +290,265 @@ class HashedStorage {
       return bucket_count;
     }
 
-    Node*& operator[](std::uint32_t bucket) { return heads[bucket]; }
+    NodeLink& operator[](std::uint32_t bucket) { return heads[bucket]; }
+    NodeLink operator[](std::uint32_t bucket) const { return heads[bucket]; }
+    std::uint32_t of(std::uint32_t hash) const { return remainder(hash); }
+    void forget_all() { std::fill_n(heads.get(), count, no_node); }
 
-    std::unique_ptr<Node*[]> heads;
+    std::unique_ptr<NodeLink[]> heads;
+    Remainder remainder;
     std::uint32_t count;
   };
 
-  std::uint32_t bucket_of(const Key& key) const { return Hash{}(key) % buckets_.count; }
-
-  Node* first_node_from(std::uint32_t bucket) {
-    for (; bucket < buckets_.count; ++bucket) {
-      if (buckets_[bucket] != nullptr) return buckets_[bucket];
+  // Nodes that were taken out of the table and are still to be destroyed, in the order in which
+  // they were taken. Within another operation, that is left to the end of it.
+  class Unlinked {
+   public:
+    explicit Unlinked(HashedStorage& table) : table_(table) {}
+    Unlinked(const Unlinked&) = delete;
+    Unlinked& operator=(const Unlinked&) = delete;
+    ~Unlinked() noexcept(plain_elements) {
+      if (first_ == no_node) return;
+      if constexpr (plain_elements) {
+        destroy();
+      } else {
+        release_in_destructor([this] { destroy(); });
+      }
     }
-    return nullptr;
+
+    // Takes the node that `link` leads to; `link` then leads to the next one.
+    void take(NodeLink& link) {
+      const NodeLink node = link;
+      NodeLink& next = table_.element(node).next;
+      link = std::exchange(next, no_node);
+      (first_ == no_node ? first_ : table_.element(last_).next) = node;
+      last_ = node;
+      ++count_;
+      --table_.size_;
+      table_.count_change();
+    }
+
+    // Takes the nodes from `link` on, up to but not including the element `end`.
+    void take_chain(NodeLink& link, const Element* end) {
+      while (link != no_node && &table_.element(link) != end) take(link);
+    }
+
+    // How many nodes there were.
+    std::uint32_t destroy() {
+      if (first_ == no_node) return count_;
+      if constexpr (plain_elements) {
+        table_.destroy_chain(first_);
+      } else if (table_.is_used_by_several()) {
+        table_.element(last_).next = std::exchange(table_.put_off_, first_);
+        first_ = no_node;
+        table_.put_off_work();
+      } else {
+        finish_despite_exceptions([this] { table_.destroy_chain(first_); });
+      }
+      return count_;
+    }
+
+   private:
+    HashedStorage& table_;
+    NodeLink first_ = no_node;
+    NodeLink last_ = no_node;
+    std::uint32_t count_ = 0;
+  };
+
+  Element& element(NodeLink link) const { return *static_cast<Element*>(memory_.at(link)); }
+
+  template <class Probe>
+  NodeLink create(const Probe& key) {
+    const NodeLink link = memory_.allocate();
+    if constexpr (std::is_nothrow_copy_constructible_v<Key>) {
+      new (memory_.at(link)) Element(key);
+    } else {
+      try {
+        new (memory_.at(link)) Element(key);
+      } catch (...) {
+        memory_.deallocate(link);
+        throw;
+      }
+    }
+    return link;
   }
 
-  Node* find_in(std::uint32_t bucket, const Key& key) {
-    for (Node* node = buckets_[bucket]; node != nullptr; node = node->next) {
-      if (Equal{}(node->key, key)) return node;
-    }
-    return nullptr;
+  // Takes the memory back also when the element's destructor throws.
+  void destroy(NodeLink link) {
+    struct GiveBack {
+      NodeMemory& memory;
+      NodeLink link;
+      ~GiveBack() { memory.deallocate(link); }
+    } const give_back{memory_, link};
+    element(link).~Element();
   }
 
-  // The link of the chain that points to `node`; null when the node is not in this bucket.
-  Node** link_to(const Node* node, std::uint32_t bucket) {
-    for (Node** link = &buckets_[bucket]; *link != nullptr; link = &(*link)->next) {
-      if (*link == node) return link;
+  void destroy_chain(NodeLink& first) {
+    while (first != no_node) {
+      const NodeLink node = first;
+      first = element(node).next;
+      destroy(node);
     }
-    return nullptr;
   }
 
-  static void push(Node*& head, Node* node) {
-    node->next = head;
+  void finish_work() {
+    finish_despite_exceptions([this] { destroy_chain(put_off_); });
+  }
+
+  Element& link(NodeLink& head, NodeLink node) {
+    Element& added = element(node);
+    added.next = head;
     head = node;
+    ++size_;
+    count_change();
+    return added;
   }
 
-  // Unlinks the node before its destruction, which may throw or call back.
-  void remove(Node*& link) {
-    Node* node = link;
-    link = node->next;
-    --size_;
-    pool_.destroy(node);
+  Element* first_element_from(std::uint32_t bucket) {
+    for (; bucket < buckets_.count; ++bucket) {
+      prefetch_ahead(bucket);
+      if (buckets_[bucket] != no_node) return &element(buckets_[bucket]);
+    }
+    return nullptr;
   }
 
-  void make_room_for(std::uint32_t elements) {
-    if (elements <= buckets_.count) return;
-    const std::uint32_t larger = bucket_size_for(elements);
-    if (larger > buckets_.count) rehash(larger);
+  void prefetch_ahead(std::uint32_t bucket) const {
+    if (buckets_.count - bucket > buckets_ahead)
+      prefetch(memory_.at(buckets_[bucket + buckets_ahead]));
   }
 
-  void rehash(std::uint32_t bucket_count) {
+  template <class Probe>
+  NodeLink find_link(std::uint32_t hash, const Probe& key) {
+    if constexpr (plain_keys) {
+      NodeLink link = buckets_[buckets_.of(hash)];
+      while (link != no_node && !Equal{}(element(link).key, key)) link = element(link).next;
+      return link;
+    } else {
+      for (int attempts = 0; attempts < search_attempts; ++attempts) {
+        const std::uint32_t changes_before = changes();
+        NodeLink link = buckets_[buckets_.of(hash)];
+        bool found = false;
+        while (link != no_node && !found && changes() == changes_before) {
+          found = Equal{}(element(link).key, key);
+          if (!found) link = element(link).next;
+        }
+        if (changes() == changes_before) return link;
+      }
+      return no_node;
+    }
+  }
+
+  // Takes every equal node out of a chain, the head last; false when the table changed meanwhile.
+  template <class Probe>
+  bool take_equal(NodeLink& head, const Probe& key, Unlinked& unlinked) {
+    if (head == no_node) return true;
+    const auto is_equal = [&](NodeLink link) { return Equal{}(element(link).key, key); };
+    for (NodeLink* link = &element(head).next; *link != no_node;) {
+      const std::uint32_t changes_before = changes();
+      const bool equal = is_equal(*link);
+      if (changes() != changes_before) return false;
+      if (equal) {
+        unlinked.take(*link);
+      } else {
+        link = &element(*link).next;
+      }
+    }
+    const std::uint32_t changes_before = changes();
+    const bool equal = is_equal(head);
+    if (changes() != changes_before) return false;
+    if (equal) unlinked.take(head);
+    return true;
+  }
+
+  // The link of the chain that leads to `element`; null when it is not in this bucket.
+  NodeLink* link_to(const Element* wanted, std::uint32_t bucket) {
+    for (NodeLink* link = &buckets_[bucket]; *link != no_node; link = &element(*link).next) {
+      if (&element(*link) == wanted) return link;
+    }
+    return nullptr;
+  }
+
+  void make_room_for_one() {
+    if (size_ < buckets_.count) [[likely]]
+      return;
+    for (int attempts = 0; attempts < search_attempts && size_ >= buckets_.count; ++attempts) {
+      const std::uint32_t larger = bucket_size_for(size_ + 1);
+      if (larger <= buckets_.count) return;
+      grow(larger);
+    }
+  }
+
+  // Changes nothing when the table is changed meanwhile.
+  void grow(std::uint32_t bucket_count) {
     Buckets larger(bucket_count);
+    if constexpr (plain_keys) {
+      move_all(larger, [](const Key& key) { return Hash{}(key); });
+    } else {
+      const std::uint32_t changes_before = changes();
+      const auto hashes = std::make_unique<std::uint32_t[]>(size_);
+      hash_all(hashes.get());
+      if (changes() != changes_before) return;
+      move_all(larger, [next = hashes.get()](const Key&) mutable { return *next++; });
+    }
+    std::swap(buckets_, larger);
+    count_change();
+  }
+
+  // Hashes the keys in order, until the table changes; when that throws, the elements before go.
+  void hash_all(std::uint32_t* hashes) {
+    const std::uint32_t changes_before = changes();
+    std::uint32_t hashed = 0;
     try {
       for (std::uint32_t bucket = 0; bucket < buckets_.count; ++bucket) {
-        while (Node* node = buckets_[bucket]) {
-          Node*& home = larger[Hash{}(node->key) % bucket_count];
-          buckets_[bucket] = node->next;
-          push(home, node);
+        for (NodeLink link = buckets_[bucket]; link != no_node; link = element(link).next) {
+          hashes[hashed] = Hash{}(element(link).key);
+          if (changes() != changes_before) return;
+          ++hashed;
         }
       }
     } catch (...) {
-      discard(larger);
+      if (changes() != changes_before) throw;
+      Unlinked unlinked(*this);
+      for (std::uint32_t bucket = 0; hashed > 0; ++bucket) {
+        for (; hashed > 0 && buckets_[bucket] != no_node; --hashed) unlinked.take(buckets_[bucket]);
+      }
       throw;
     }
-    std::swap(buckets_, larger);
   }
 
-  // Destroys what a failed growth had moved already; the failure is on its way, so what the
-  // elements throw meanwhile is dropped.
-  void discard(Buckets& moved) {
-    for (std::uint32_t bucket = 0; bucket < moved.count; ++bucket) {
-      while (moved[bucket] != nullptr) {
-        try {
-          remove(moved[bucket]);
-        } catch (...) {
-        }
+  // Moves every node, in order, to the head of its new chain. Each stage finds out where a number
+  // of nodes belong, while the heads that it will touch are on their way into the cache.
+  template <class HashOf>
+  void move_all(Buckets& larger, HashOf hash_of) {
+    NodeLink nodes[stage_size];
+    std::uint32_t homes[stage_size];
+    std::uint32_t staged = 0;
+    const auto finish_stage = [&] {
+      for (std::uint32_t i = 0; i < staged; ++i) {
+        NodeLink& head = larger[homes[i]];
+        element(nodes[i]).next = head;
+        head = nodes[i];
+      }
+      staged = 0;
+    };
+    for (std::uint32_t bucket = 0; bucket < buckets_.count; ++bucket) {
+      prefetch_ahead(bucket);
+      for (NodeLink link = buckets_[bucket]; link != no_node;) {
+        const NodeLink next = element(link).next;
+        homes[staged] = larger.of(hash_of(element(link).key));
+        prefetch(&larger[homes[staged]]);
+        nodes[staged++] = link;
+        if (staged == stage_size) finish_stage();
+        link = next;
       }
     }
+    finish_stage();
   }
 
-  NodePool<Node> pool_;
+  NodeMemory memory_{sizeof(Element)};
   Buckets buckets_;
   std::uint32_t size_ = 0;
+  NodeLink put_off_ = no_node;  // taken out, to be destroyed when the outermost operation ends
 };
 
 #endif

@@ -4,8 +4,17 @@
 
 #include <cstdint>
 
+// Declared noexcept, by which the storage engines know that nobody is called.
 struct IntegerHash {
-  std::uint32_t operator()(std::int32_t key) const { return static_cast<std::uint32_t>(key); }
+  std::uint32_t operator()(std::int32_t key) const noexcept {
+    return static_cast<std::uint32_t>(key);
+  }
+};
+struct IntegerEqual {
+  bool operator()(std::int32_t a, std::int32_t b) const noexcept { return a == b; }
+};
+struct IntegerLess {
+  bool operator()(std::int32_t a, std::int32_t b) const noexcept { return a < b; }
 };
 
 #endif

@@ -2,52 +2,74 @@
 //
 // Two keys are one when neither is less than the other. The order is the caller's; when it is not
 // transitive (programs can mix keys that have no common order) searches may miss elements, but the
-// tree stays sound and nothing is lost. Nodes come from a pool of the tree's own and never move.
+// tree stays sound and nothing is lost. Nodes never move.
 //
-// Exceptions. The order, the copying of a key and the destruction of an element may throw. The tree
-// then stays valid, nothing is leaked, and the exception passes on: a search or insertion leaves
-// the elements as they were; an element whose destruction throws is gone all the same, and a
-// removal of several goes on to the end first.
+// Speed. A node of a map from integers to integers has 20 bytes (red_black_tree.h), so that more of
+// a large tree is in the cache. Keys that ask nobody are compared without branches on the way down:
+// a wrongly guessed turn at every second node costs more than loading both children. An ascending
+// key is compared with the largest one first and then needs no way down at all. Copies of plain
+// elements take over the tree's memory bit for bit.
+//
+// Exceptions. The order, the copying of a key and the destruction of an element may throw, unless
+// they are declared noexcept. The tree then stays valid, nothing is leaked, and the exception
+// passes on: a search or insertion leaves the elements as they were; an element whose destruction
+// throws is gone all the same, and a removal of several goes on to the end first.
+//
+// Reentrancy. Each of these calls may change the tree itself, see in_use.h: a search that finds the
+// tree changed under it begins again, and removals unlink all nodes before they destroy any.
 #ifndef ZRB_PLUGIN_KEYS_ORDERED_STORAGE_H
 #define ZRB_PLUGIN_KEYS_ORDERED_STORAGE_H
 
 #include <cstdint>
 #include <limits>
+#include <new>
 #include <type_traits>
+#include <utility>
 
 #include "keys/entry.h"
 #include "keys/finish.h"
-#include "keys/node_pool.h"
+#include "keys/in_use.h"
 #include "keys/red_black_tree.h"
 
-/// `Less(a, b)` is stateless. `Value` is NoValue for a set. n is `size()`.
+/// `Less(a, b)` is stateless. Where an operation takes a `Probe`, that is a Key or derived from one
+/// (a key prepared for a search), and Less takes it on either side. `Value` is NoValue for a set. n
+/// is `size()`.
 template <class Key, class Value, class Less>
-class OrderedStorage {
-  using NodeBase = red_black_tree::NodeBase;
-
+class OrderedStorage : public Usable {
  public:
-  struct Node : NodeBase, Entry<Key, Value> {
-    using Entry<Key, Value>::Entry;
-  };
+  using Element = Entry<TreeLinks, Key, Value>;
 
   /// An element, or the end, which is the tree's header. Valid as long as what it names is.
   struct Position {
-    NodeBase* node = nullptr;
+    TreeLinks* node = nullptr;
+    OrderedStorage* tree = nullptr;
 
-    bool is_end() const { return node->is_header(); }
-    Entry<Key, Value>& entry() const { return *static_cast<Node*>(node); }
+    bool is_end() const { return node == tree->tree_.header(); }
+    Element& entry() const { return *static_cast<Element*>(node); }
     bool operator==(const Position& other) const { return node == other.node; }
+    OrderedStorage& storage() const { return *tree; }
   };
 
   struct InsertResult {
-    Entry<Key, Value>& entry;
+    Element& entry;
     bool inserted;
   };
+
+  /// Whether searching for keys calls nobody who could throw or change the tree.
+  static constexpr bool plain_keys = std::is_nothrow_invocable_v<Less, const Key&, const Key&> &&
+                                     std::is_trivially_copyable_v<Key>;
+  /// Whether nothing that is done to elements does.
+  static constexpr bool plain_elements = plain_keys && std::is_trivially_copyable_v<Value>;
+
+  /// Guards what is done to elements.
+  using ElementUse = std::conditional_t<plain_elements, NotInUse, InUse<OrderedStorage>>;
 
   OrderedStorage() = default;
   OrderedStorage(const OrderedStorage&) = delete;
   OrderedStorage& operator=(const OrderedStorage&) = delete;
-  ~OrderedStorage() noexcept(false) { clear(); }
+  ~OrderedStorage() noexcept(plain_elements) {
+    if constexpr (!plain_elements) clear();
+  }
 
   std::uint32_t size() const { return size_; }
   bool empty() const { return size_ == 0; }
@@ -59,172 +81,361 @@ class OrderedStorage {
   }
 
   /// The smallest element, or the end. O(1).
-  Position begin() { return {header_.left}; }
-  Position end() { return {&header_}; }
+  Position begin() { return position(tree_.smallest()); }
+  Position end() { return position(no_node); }
 
   /// Moves to the next larger element, from the largest to the end; stays at the end. O(log n).
   static void advance(Position& position) {
-    if (!position.is_end()) position.node = red_black_tree::successor(position.node);
+    if (!position.is_end()) position.node = position.tree->tree_.successor(position.node);
   }
 
   /// Moves to the next smaller element, from the end to the largest, from the smallest to the end.
   /// O(log n).
   static void retreat(Position& position) {
-    position.node = red_black_tree::predecessor(position.node);
+    position.node = position.tree->tree_.predecessor(position.node);
   }
 
-  /// Calls `visit(entry)` for each element in order, until it returns false.
+  /// Calls `visit(element)` for each element in order, until it returns false. False when the walk
+  /// was given up because a visit changed the tree.
   template <class Visit>
-  void for_each(Visit visit) {
+  bool for_each(Visit visit) {
+    const InUse use(*this);
+    const std::uint32_t changes_before = changes();
     for (Position position = begin(); !position.is_end(); advance(position)) {
-      if (!visit(position.entry())) return;
+      if (!visit(position.entry())) return true;
+      if (changes() != changes_before) [[unlikely]]
+        return false;
     }
+    return true;
   }
 
   /// The element with this key, or the end. O(log n).
-  Position find(const Key& key) {
-    const Position found = lower_bound(key);
-    return found.is_end() || Less{}(key, found.entry().key) ? end() : found;
+  template <class Probe>
+  Position find(const Probe& key) {
+    const SearchUse use(*this);
+    if constexpr (plain_keys) return position(find_plain(key));
+    return position(search_again([&] {
+      const NodeLink found = lower_bound_below(tree_.root(), no_node, key);
+      return found == no_node || Less{}(key, key_at(found)) ? no_node : found;
+    }));
   }
 
   /// 1 when the key is there, else 0. O(log n).
-  std::uint32_t count(const Key& key) { return find(key).is_end() ? 0 : 1; }
+  template <class Probe>
+  std::uint32_t count(const Probe& key) {
+    return find(key).is_end() ? 0 : 1;
+  }
 
   /// The first element whose key is not less than `key`, or the end. O(log n).
-  Position lower_bound(const Key& key) {
-    return {lower_bound_below(header_.parent, &header_, key)};
+  template <class Probe>
+  Position lower_bound(const Probe& key) {
+    const SearchUse use(*this);
+    return position(search_again([&] { return lower_bound_below(tree_.root(), no_node, key); }));
   }
 
   /// The first element whose key is greater than `key`, or the end. O(log n).
-  Position upper_bound(const Key& key) {
-    return {upper_bound_below(header_.parent, &header_, key)};
+  template <class Probe>
+  Position upper_bound(const Probe& key) {
+    const SearchUse use(*this);
+    return position(search_again([&] { return upper_bound_below(tree_.root(), no_node, key); }));
   }
 
-  /// The element with this key; if there is none, a new one with an empty value. O(log n).
-  InsertResult insert_unique(const Key& key) {
-    NodeBase* parent = &header_;
-    bool as_left_child = true;
-    for (NodeBase* node = header_.parent; node != nullptr;) {
-      parent = node;
-      as_left_child = Less{}(key, key_of(node));
-      node = as_left_child ? node->left : node->right;
+  /// The element with this key; if there is none, a new one with an empty value. O(log n); O(1)
+  /// amortised for a plain key that is larger than all others.
+  template <class Probe>
+  InsertResult insert_unique(const Probe& key) {
+    const SearchUse use(*this);
+    for (int attempts = 1;; ++attempts) {
+      Place place = place_of(key);
+      if (place.present != no_node) return {element(place.present), false};
+      const std::uint32_t changes_before = changes();
+      const NodeLink node = create(key);
+      const bool is_place = plain_keys || changes() == changes_before;
+      if (is_place || attempts == search_attempts) {
+        if (!is_place) place = behind_the_largest();
+        tree_.insert(node, place.parent, place.as_left_child);
+        ++size_;
+        count_change();
+        return {element(node), true};
+      }
+      destroy(node);
     }
-    // Only the element before the place found can have the same key; the header stands for none.
-    NodeBase* before = as_left_child ? red_black_tree::predecessor(parent) : parent;
-    if (!before->is_header() && !Less{}(key_of(before), key))
-      return {*static_cast<Node*>(before), false};
-    Node* node = pool_.create(key);
-    red_black_tree::insert(node, parent, as_left_child, header_);
-    ++size_;
-    return {*node, true};
   }
 
   /// Removes the elements with this key; the number removed, 0 or 1 in a consistent order. O(log
   /// n).
-  std::uint32_t erase(const Key& key) {
-    const auto [first, last] = equal_range(key);
-    return erase(first, last);
+  template <class Probe>
+  std::uint32_t erase(const Probe& key) {
+    const RemovalUse use(*this);
+    if constexpr (plain_keys) {
+      const NodeLink found = find_plain(key);
+      return found == no_node ? 0 : remove_one(found);
+    }
+    Range range;
+    for (int attempts = 0; attempts < search_attempts; ++attempts) {
+      const std::uint32_t changes_before = changes();
+      range = equal_range(key);
+      if (changes() == changes_before) return remove_range(range.first, range.last);
+    }
+    return 0;
   }
 
   /// Removes the element at `position`; at the end, nothing. O(log n).
   void erase(Position position) {
-    if (!position.is_end()) remove(position.node);
+    if (position.is_end()) return;
+    const RemovalUse use(*this);
+    remove_one(tree_.link_of(position.node));
   }
 
   /// Removes the elements from `first` up to but not including `last`; how many went. O(k log n)
   /// for k elements, O(n) for all of them.
   std::uint32_t erase(Position first, Position last) {
-    std::uint32_t removed = 0;
+    const RemovalUse use(*this);
     if (first == begin() && last.is_end()) {
-      removed = size_;
+      const std::uint32_t removed = size_;
       clear();
       return removed;
     }
-    finish_despite_exceptions([&] {
-      while (first != last && !first.is_end()) {
-        NodeBase* node = first.node;
-        advance(first);
-        ++removed;
-        remove(node);
-      }
-    });
-    return removed;
+    return remove_range(tree_.link_of(first.node), tree_.link_of(last.node));
   }
 
   /// Removes every element and gives their memory back. O(n).
   void clear() {
-    NodeBase* rest = header_.parent;
+    const InUse use(*this);
+    NodeLink rest = tree_.root();
     size_ = 0;
-    header_.reset();
-    // The tree is empty to whoever looks; `rest` is taken apart without rebalancing.
-    finish_despite_exceptions([&] {
-      while (rest != nullptr) destroy(red_black_tree::take_leaf(rest));
-    });
-    pool_.release_blocks();
+    tree_.forget_all();
+    count_change();
+    if constexpr (!plain_elements) {
+      // The tree is empty to whoever looks; `rest` is taken apart without rebalancing.
+      NodeLink leaves = no_node;  // chained by their right links
+      NodeLink* end = &leaves;
+      while (rest != no_node) {
+        *end = tree_.take_leaf(rest);
+        end = &tree_.at(*end).right;
+      }
+      if (leaves != no_node) destroy_or_put_off(leaves, *end);
+    }
+    if (size_ == 0 && !is_used_by_several()) tree_.memory().release_all();
+  }
+
+  /// Takes on the elements of another tree, which must be plain, into this empty one. O(n).
+  void copy_from(const OrderedStorage& other) requires plain_elements {
+    tree_.copy_from(other.tree_);
+    size_ = other.size_;
+    count_change();
   }
 
  private:
+  friend class OrderedStorageInspector;  // the invariant checker of the tests
+  friend class InUse<OrderedStorage>;
+
+  // What calls nobody needs no guard.
+  using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<OrderedStorage>>;
+  using RemovalUse = ElementUse;
+
   struct Range {
-    Position first, last;
+    NodeLink first = no_node;
+    NodeLink last = no_node;
   };
 
-  static const Key& key_of(NodeBase* node) { return static_cast<Node*>(node)->key; }
+  // Where a key is, or else where it belongs.
+  struct Place {
+    NodeLink present = no_node;
+    NodeLink parent = no_node;
+    bool as_left_child = true;
+  };
 
-  // The bounds within the subtree at `node`; `otherwise` when it has no such element.
-  static NodeBase* lower_bound_below(NodeBase* node, NodeBase* otherwise, const Key& key) {
-    while (node != nullptr) {
-      if (Less{}(key_of(node), key)) {
-        node = node->right;
-      } else {
-        otherwise = node;
-        node = node->left;
-      }
+  Position position(NodeLink node) { return {&tree_.at(node), this}; }
+  Element& element(NodeLink node) const { return static_cast<Element&>(tree_.at(node)); }
+  const Key& key_at(NodeLink node) const { return element(node).key; }
+  NodeLink link_after(NodeLink node) { return tree_.link_of(tree_.successor(&tree_.at(node))); }
+
+  // Runs a search that gives a node, again if the tree changed under it.
+  template <class Search>
+  NodeLink search_again(Search search) {
+    for (int attempts = 0; attempts < search_attempts; ++attempts) {
+      const std::uint32_t changes_before = changes();
+      const NodeLink found = search();
+      if (plain_keys || changes() == changes_before) return found;
+    }
+    return no_node;
+  }
+
+  // The bounds within the subtree at `node`; `otherwise` when it has no such element. They end
+  // early when the tree changes.
+  template <class Probe>
+  NodeLink lower_bound_below(NodeLink node, NodeLink otherwise, const Probe& key) const {
+    return bound_below(node, otherwise, [&](const Key& stored) { return Less{}(stored, key); });
+  }
+  template <class Probe>
+  NodeLink upper_bound_below(NodeLink node, NodeLink otherwise, const Probe& key) const {
+    return bound_below(node, otherwise, [&](const Key& stored) { return !Less{}(key, stored); });
+  }
+
+  // The first element that is not before the bound.
+  template <class IsBefore>
+  NodeLink bound_below(NodeLink node, NodeLink otherwise, IsBefore is_before) const {
+    const std::uint32_t changes_before = changes();
+    while (node != no_node) {
+      const Element& at_node = element(node);
+      const bool before = is_before(at_node.key);
+      if (!plain_keys && changes() != changes_before) return no_node;
+      otherwise = before ? otherwise : node;
+      node = before ? at_node.right : at_node.left;
     }
     return otherwise;
   }
 
-  static NodeBase* upper_bound_below(NodeBase* node, NodeBase* otherwise, const Key& key) {
-    while (node != nullptr) {
-      if (Less{}(key, key_of(node))) {
-        otherwise = node;
-        node = node->left;
-      } else {
-        node = node->right;
+  NodeLink find_plain(const Key& key) const {
+    const NodeLink found = lower_bound_below(tree_.root(), no_node, key);
+    return found == no_node || Less{}(key, key_at(found)) ? no_node : found;
+  }
+
+  template <class Probe>
+  Place place_of(const Probe& key) {
+    if constexpr (plain_keys) {
+      if (size_ != 0 && Less{}(key_at(tree_.largest()), key)) return behind_the_largest();
+      return search_place(key);
+    } else {
+      for (int attempts = 0; attempts < search_attempts; ++attempts) {
+        const std::uint32_t changes_before = changes();
+        const Place place = search_place(key);
+        if (changes() == changes_before) return place;
       }
+      return behind_the_largest();
     }
-    return otherwise;
+  }
+
+  // Where a key goes that has no other place: the host changes the tree whenever it is asked.
+  Place behind_the_largest() const { return {no_node, tree_.largest(), false}; }
+
+  template <class Probe>
+  Place search_place(const Probe& key) {
+    const std::uint32_t changes_before = changes();
+    Place place;
+    for (NodeLink node = tree_.root(); node != no_node;) {
+      const Element& at_node = element(node);
+      place.parent = node;
+      place.as_left_child = Less{}(key, at_node.key);
+      if (!plain_keys && changes() != changes_before) return {};
+      node = place.as_left_child ? at_node.left : at_node.right;
+    }
+    // Only the element before the place found can have the same key; the header stands for none.
+    const NodeLink before = place.as_left_child
+                                ? tree_.link_of(tree_.predecessor(&tree_.at(place.parent)))
+                                : place.parent;
+    if (before != no_node && !Less{}(key_at(before), key)) place.present = before;
+    return place;
   }
 
   // Both bounds are sought below one element with the key, so that the first is never behind the
   // last, whatever the order says.
-  Range equal_range(const Key& key) {
-    NodeBase* larger = &header_;
-    for (NodeBase* node = header_.parent; node != nullptr;) {
-      if (Less{}(key_of(node), key)) {
-        node = node->right;
-      } else if (Less{}(key, key_of(node))) {
+  template <class Probe>
+  Range equal_range(const Probe& key) {
+    const std::uint32_t changes_before = changes();
+    NodeLink larger = no_node;
+    for (NodeLink node = tree_.root(); node != no_node && changes() == changes_before;) {
+      const Element& at_node = element(node);
+      if (Less{}(at_node.key, key)) {
+        node = at_node.right;
+      } else if (Less{}(key, at_node.key)) {
         larger = node;
-        node = node->left;
+        node = at_node.left;
       } else {
-        return {{lower_bound_below(node->left, node, key)},
-                {upper_bound_below(node->right, larger, key)}};
+        return {lower_bound_below(at_node.left, node, key),
+                upper_bound_below(at_node.right, larger, key)};
       }
     }
-    return {{larger}, {larger}};
+    return {larger, larger};
   }
 
-  // Unlinks the node before its destruction, which may throw or call back.
-  void remove(NodeBase* node) {
-    red_black_tree::remove(node, header_);
+  template <class Probe>
+  NodeLink create(const Probe& key) {
+    NodeMemory& memory = tree_.memory();
+    const NodeLink node = memory.allocate();
+    try {
+      new (memory.at(node)) Element(key);
+    } catch (...) {
+      memory.deallocate(node);
+      throw;
+    }
+    return node;
+  }
+
+  // Takes the memory back also when the element's destructor throws.
+  void destroy(NodeLink node) {
+    struct GiveBack {
+      NodeMemory& memory;
+      NodeLink node;
+      ~GiveBack() { memory.deallocate(node); }
+    } const give_back{tree_.memory(), node};
+    element(node).~Element();
+  }
+
+  // Unlinks all nodes before it destroys any. Within another operation, that is left to the end of
+  // it.
+  std::uint32_t remove_range(NodeLink first, NodeLink last) {
+    NodeLink unlinked = no_node;  // chained by their right links
+    NodeLink* end = &unlinked;
+    std::uint32_t removed = 0;
+    while (first != last && first != no_node) {
+      const NodeLink next = link_after(first);
+      tree_.remove(first);
+      *end = first;
+      end = &tree_.at(first).right;
+      first = next;
+      ++removed;
+    }
+    if (removed == 0) return 0;
+    *end = no_node;
+    size_ -= removed;
+    count_change();
+    destroy_or_put_off(unlinked, *end);
+    return removed;
+  }
+
+  std::uint32_t remove_one(NodeLink node) {
+    tree_.remove(node);
     --size_;
-    destroy(node);
+    count_change();
+    if constexpr (plain_elements) {
+      destroy(node);
+    } else {
+      NodeLink& end = tree_.at(node).right;
+      end = no_node;
+      destroy_or_put_off(node, end);
+    }
+    return 1;
   }
 
-  void destroy(NodeBase* node) { pool_.destroy(static_cast<Node*>(node)); }
+  // Nodes chained by their right links, of which `end` is the last.
+  void destroy_or_put_off(NodeLink first, NodeLink& end) {
+    if constexpr (plain_elements) {
+      destroy_chain(first);
+    } else if (is_used_by_several()) {
+      end = std::exchange(put_off_, first);
+      put_off_work();
+    } else {
+      finish_despite_exceptions([&] { destroy_chain(first); });
+    }
+  }
 
-  NodePool<Node> pool_;
-  red_black_tree::Header header_;
+  void destroy_chain(NodeLink& first) {
+    while (first != no_node) {
+      const NodeLink node = first;
+      first = tree_.at(node).right;
+      destroy(node);
+    }
+  }
+
+  void finish_work() {
+    finish_despite_exceptions([this] { destroy_chain(put_off_); });
+  }
+
+  RedBlackTree tree_{sizeof(Element)};
   std::uint32_t size_ = 0;
+  NodeLink put_off_ = no_node;  // taken out, to be destroyed when the outermost operation ends
 };
 
 #endif

@@ -2,195 +2,201 @@
 
 #include <utility>
 
-namespace red_black_tree {
-
-namespace {
-
-using Child = NodeBase* NodeBase::*;
-
-constexpr Child opposite(Child side) {
-  return side == &NodeBase::left ? &NodeBase::right : &NodeBase::left;
+NodeLink RedBlackTree::link_of(const TreeLinks* node) const {
+  if (node == &header_) return no_node;
+  const NodeLink parent = node->parent();
+  if (parent == no_node) return root();
+  const TreeLinks& links = at(parent);
+  return &at(links.left) == node ? links.left : links.right;
 }
 
-// A missing child counts as black.
-bool is_black(const NodeBase* node) {
-  return node == nullptr || node->colour == Colour::black;
-}
-
-NodeBase* outermost(NodeBase* node, Child side) {
-  while (node->*side != nullptr) node = node->*side;
-  return node;
-}
-
-NodeBase* step(NodeBase* node, Child forwards) {
-  const Child backwards = opposite(forwards);
-  if (node->*forwards != nullptr) return outermost(node->*forwards, backwards);
-  NodeBase* parent = node->parent;
-  while (!parent->is_header() && node == parent->*forwards) {
-    node = parent;
-    parent = node->parent;
+template <RedBlackTree::Child Forwards, RedBlackTree::Child Backwards>
+TreeLinks* RedBlackTree::step(TreeLinks* node) const {
+  if (node->*Forwards != no_node) {
+    TreeLinks* found = &at(node->*Forwards);
+    while (found->*Backwards != no_node) found = &at(found->*Backwards);
+    return found;
   }
-  return parent;
+  // Up, to the first node that is reached from the side it is not to be left on.
+  NodeLink link = node->parent();
+  TreeLinks* above = &at(link);
+  if (link == no_node || &at(above->*Forwards) != node) return above;
+  for (;;) {
+    const NodeLink below = link;
+    link = above->parent();
+    above = &at(link);
+    if (link == no_node || above->*Forwards != below) return above;
+  }
 }
 
-// The analyzer cannot know that the black heights give every node below a sibling where one is
-// looked for, nor that only nodes with two children are asked for an heir.
-// NOLINTBEGIN(clang-analyzer-core.NullDereference)
+TreeLinks* RedBlackTree::successor(TreeLinks* node) const {
+  return step<&TreeLinks::right, &TreeLinks::left>(node);
+}
 
-// Makes `replacement`, which may be null, the child that `node` was to its parent.
-void replace_child(NodeBase* node, NodeBase* replacement, NodeBase& header) {
-  NodeBase* parent = node->parent;
-  if (parent->is_header()) {
-    header.parent = replacement;
-  } else if (parent->left == node) {
-    parent->left = replacement;
+TreeLinks* RedBlackTree::predecessor(TreeLinks* node) const {
+  if (node == &header_) return &at(largest());
+  return step<&TreeLinks::left, &TreeLinks::right>(node);
+}
+
+// Makes `replacement`, which may be missing, the child that `node` was to its parent.
+void RedBlackTree::replace_child(NodeLink node, NodeLink replacement) {
+  const NodeLink parent = at(node).parent();
+  if (parent == no_node) {
+    header_.parent_and_colour = replacement;
   } else {
-    parent->right = replacement;
+    TreeLinks& above = at(parent);
+    (above.left == node ? above.left : above.right) = replacement;
   }
-  if (replacement != nullptr) replacement->parent = parent;
+  if (replacement != no_node) at(replacement).set_parent(parent);
 }
 
 // Lets the child on the other side rise; `node` becomes its child on `side`.
-void rotate(NodeBase* node, Child side, NodeBase& header) {
+void RedBlackTree::rotate(NodeLink node, Child side) {
   const Child other = opposite(side);
-  NodeBase* riser = node->*other;
-  replace_child(node, riser, header);
-  node->*other = riser->*side;
-  if (node->*other != nullptr) (node->*other)->parent = node;
-  riser->*side = node;
-  node->parent = riser;
+  TreeLinks& sinker = at(node);
+  const NodeLink riser_link = sinker.*other;
+  TreeLinks& riser = at(riser_link);
+  replace_child(node, riser_link);
+  const NodeLink inner = riser.*side;
+  sinker.*other = inner;
+  if (inner != no_node) at(inner).set_parent(node);
+  riser.*side = node;
+  sinker.set_parent(riser_link);
 }
 
 // A red node may have a red parent: recolours upwards, and ends with at most two rotations.
-void repair_red_child(NodeBase* node, NodeBase& header) {
-  while (!node->parent->is_header() && node->parent->colour == Colour::red) {
-    NodeBase* parent = node->parent;
-    NodeBase* grandparent = parent->parent;
-    const Child side = parent == grandparent->left ? &NodeBase::left : &NodeBase::right;
-    NodeBase* uncle = grandparent->*opposite(side);
-    if (!is_black(uncle)) {
-      parent->colour = uncle->colour = Colour::black;
-      grandparent->colour = Colour::red;
+void RedBlackTree::repair_red_child(NodeLink node) {
+  for (;;) {
+    NodeLink parent = at(node).parent();
+    if (!is_red(parent)) break;  // a black node, or the header
+    const NodeLink grandparent = at(parent).parent();
+    TreeLinks& top = at(grandparent);
+    const Child side = parent == top.left ? &TreeLinks::left : &TreeLinks::right;
+    const NodeLink uncle = top.*opposite(side);
+    if (is_red(uncle)) {
+      at(parent).make_black();
+      at(uncle).make_black();
+      top.make_red();
       node = grandparent;
       continue;
     }
-    if (node == parent->*opposite(side)) {
-      rotate(parent, side, header);
+    if (node == at(parent).*opposite(side)) {
+      rotate(parent, side);
       std::swap(node, parent);
     }
-    parent->colour = Colour::black;
-    grandparent->colour = Colour::red;
-    rotate(grandparent, opposite(side), header);
-  }
-  header.parent->colour = Colour::black;
-}
-
-// The paths through `node`, which may be null, lack one black node: recolours upwards, and ends
-// with at most three rotations.
-void repair_missing_black(NodeBase* node, NodeBase* parent, NodeBase& header) {
-  while (!parent->is_header() && is_black(node)) {
-    const Child side = node == parent->left ? &NodeBase::left : &NodeBase::right;
-    const Child other = opposite(side);
-    NodeBase* sibling = parent->*other;
-    if (!is_black(sibling)) {
-      sibling->colour = Colour::black;
-      parent->colour = Colour::red;
-      rotate(parent, side, header);
-      sibling = parent->*other;
-    }
-    if (is_black(sibling->left) && is_black(sibling->right)) {
-      sibling->colour = Colour::red;
-      node = parent;
-      parent = node->parent;
-      continue;
-    }
-    if (is_black(sibling->*other)) {
-      (sibling->*side)->colour = Colour::black;
-      sibling->colour = Colour::red;
-      rotate(sibling, other, header);
-      sibling = parent->*other;
-    }
-    sibling->colour = parent->colour;
-    parent->colour = Colour::black;
-    (sibling->*other)->colour = Colour::black;
-    rotate(parent, side, header);
+    at(parent).make_black();
+    top.make_red();
+    rotate(grandparent, opposite(side));
     break;
   }
-  if (node != nullptr) node->colour = Colour::black;
+  at(root()).make_black();
 }
 
-}  // namespace
-
-NodeBase* successor(NodeBase* node) {
-  return step(node, &NodeBase::right);
-}
-
-NodeBase* predecessor(NodeBase* node) {
-  return node->is_header() ? node->right : step(node, &NodeBase::left);
-}
-
-void insert(NodeBase* node, NodeBase* parent, bool as_left_child, NodeBase& header) {
-  node->parent = parent;
-  node->left = node->right = nullptr;
-  node->colour = Colour::red;
-  if (parent->is_header()) {
-    header.parent = header.left = header.right = node;
-  } else if (as_left_child) {
-    parent->left = node;
-    if (parent == header.left) header.left = node;
-  } else {
-    parent->right = node;
-    if (parent == header.right) header.right = node;
+// The paths through `node`, which may be missing, lack one black node: recolours upwards, and ends
+// with at most three rotations.
+void RedBlackTree::repair_missing_black(NodeLink node, NodeLink parent) {
+  while (parent != no_node && !is_red(node)) {
+    TreeLinks& above = at(parent);
+    const Child side = node == above.left ? &TreeLinks::left : &TreeLinks::right;
+    const Child other = opposite(side);
+    NodeLink sibling = above.*other;
+    if (is_red(sibling)) {
+      at(sibling).make_black();
+      above.make_red();
+      rotate(parent, side);
+      sibling = above.*other;
+    }
+    if (!is_red(at(sibling).left) && !is_red(at(sibling).right)) {
+      at(sibling).make_red();
+      node = parent;
+      parent = above.parent();
+      continue;
+    }
+    if (!is_red(at(sibling).*other)) {
+      at(at(sibling).*side).make_black();
+      at(sibling).make_red();
+      rotate(sibling, other);
+      sibling = above.*other;
+    }
+    TreeLinks& risen = at(sibling);
+    above.is_red() ? risen.make_red() : risen.make_black();
+    above.make_black();
+    at(risen.*other).make_black();
+    rotate(parent, side);
+    break;
   }
-  repair_red_child(node, header);
+  if (node != no_node) at(node).make_black();
 }
 
-void remove(NodeBase* node, NodeBase& header) {
-  if (node == header.left) header.left = successor(node);
-  if (node == header.right) header.right = predecessor(node);
+void RedBlackTree::insert(NodeLink node, NodeLink parent, bool as_left_child) {
+  TreeLinks& links = at(node);
+  links.left = links.right = no_node;
+  links.parent_and_colour = parent;
+  if (parent == no_node) {
+    header_.parent_and_colour = header_.left = header_.right = node;
+    return;  // the root, which is black
+  }
+  links.make_red();
+  TreeLinks& above = at(parent);
+  if (as_left_child) {
+    above.left = node;
+    if (parent == header_.left) header_.left = node;
+  } else {
+    above.right = node;
+    if (parent == header_.right) header_.right = node;
+  }
+  repair_red_child(node);
+}
 
-  Colour removed_colour = node->colour;
-  NodeBase* moved_up;         // takes the place that loses a node; may be null
-  NodeBase* moved_up_parent;  // so its parent is kept apart
-  if (node->left == nullptr || node->right == nullptr) {
-    moved_up = node->left != nullptr ? node->left : node->right;
-    moved_up_parent = node->parent;
-    replace_child(node, moved_up, header);
+void RedBlackTree::remove(NodeLink node) {
+  TreeLinks& links = at(node);
+  if (node == header_.left) header_.left = link_of(successor(&links));
+  if (node == header_.right) header_.right = link_of(predecessor(&links));
+
+  bool removed_red = links.is_red();
+  NodeLink moved_up;         // takes the place that loses a node; may be missing
+  NodeLink moved_up_parent;  // so its parent is kept apart
+  if (links.left == no_node || links.right == no_node) {
+    moved_up = links.left != no_node ? links.left : links.right;
+    moved_up_parent = links.parent();
+    replace_child(node, moved_up);
   } else {
     // The successor, which has no left child, takes over the node's place and colour.
-    NodeBase* heir = outermost(node->right, &NodeBase::left);
-    removed_colour = heir->colour;
-    moved_up = heir->right;
+    NodeLink heir = links.right;
+    while (at(heir).left != no_node) heir = at(heir).left;
+    TreeLinks& heir_links = at(heir);
+    removed_red = heir_links.is_red();
+    moved_up = heir_links.right;
     moved_up_parent = heir;
-    if (heir->parent != node) {
-      moved_up_parent = heir->parent;
-      replace_child(heir, moved_up, header);
-      heir->right = node->right;
-      heir->right->parent = heir;
+    if (heir != links.right) {
+      moved_up_parent = heir_links.parent();
+      replace_child(heir, moved_up);
+      heir_links.right = links.right;
+      at(heir_links.right).set_parent(heir);
     }
-    replace_child(node, heir, header);
-    heir->left = node->left;
-    heir->left->parent = heir;
-    heir->colour = node->colour;
+    replace_child(node, heir);
+    heir_links.left = links.left;
+    at(heir_links.left).set_parent(heir);
+    links.is_red() ? heir_links.make_red() : heir_links.make_black();
   }
-  if (removed_colour == Colour::black) repair_missing_black(moved_up, moved_up_parent, header);
+  if (!removed_red) repair_missing_black(moved_up, moved_up_parent);
 }
 
-// NOLINTEND(clang-analyzer-core.NullDereference)
-
-NodeBase* take_leaf(NodeBase*& cursor) {
-  NodeBase* leaf = cursor;
-  while (leaf->left != nullptr || leaf->right != nullptr) {
-    leaf = leaf->left != nullptr ? leaf->left : leaf->right;
+NodeLink RedBlackTree::take_leaf(NodeLink& cursor) const {
+  NodeLink leaf = cursor;
+  while (at(leaf).left != no_node || at(leaf).right != no_node) {
+    leaf = at(leaf).left != no_node ? at(leaf).left : at(leaf).right;
   }
-  NodeBase* parent = leaf->parent;
-  if (parent->is_header()) {
-    cursor = nullptr;
-  } else {
-    (parent->left == leaf ? parent->left : parent->right) = nullptr;
-    cursor = parent;
+  const NodeLink parent = at(leaf).parent();
+  if (parent != no_node) {
+    TreeLinks& above = at(parent);
+    (above.left == leaf ? above.left : above.right) = no_node;
   }
+  cursor = parent;
   return leaf;
 }
 
-}  // namespace red_black_tree
+void RedBlackTree::copy_from(const RedBlackTree& other) {
+  memory_.copy_from(other.memory_);
+  header_ = other.header_;
+}

@@ -4,8 +4,13 @@
 // node down to a missing child meets the same number of black nodes. So the longest path is at most
 // twice as long as the shortest, and a tree of n nodes is at most 2 * log2(n + 1) deep.
 //
-// A header stands above the root: its parent is the root, its left and right are the smallest and
-// the largest node. It is the end position; it has a colour of its own, so that a node can tell.
+// Layout. A node's links are three 32-bit words (node_memory.h): its children, and its parent with
+// the colour in the lowest bit, which no link uses. A map from integers to integers so takes 20
+// bytes a node.
+//
+// A header stands above the root, under the link `no_node`: its parent is the root, its left and
+// right are the smallest and the largest node. It is the end position, it is black, and all three
+// lead back to it in an empty tree. So a missing child counts as black without a test for it.
 //
 // What depends on elements (search, creation, destruction) is in ordered_storage.h.
 //
@@ -14,51 +19,88 @@
 #ifndef ZRB_PLUGIN_KEYS_RED_BLACK_TREE_H
 #define ZRB_PLUGIN_KEYS_RED_BLACK_TREE_H
 
-namespace red_black_tree {
+#include <cstdint>
 
-enum class Colour : unsigned char { red, black, header };
+#include "keys/node_memory.h"
 
-struct NodeBase {
-  NodeBase* parent = nullptr;
-  NodeBase* left = nullptr;
-  NodeBase* right = nullptr;
-  Colour colour = Colour::red;
+struct TreeLinks {
+  static constexpr NodeLink colour_bit = 1;
 
-  bool is_header() const { return colour == Colour::header; }
-};
+  NodeLink parent_and_colour = no_node;
+  NodeLink left = no_node;
+  NodeLink right = no_node;
 
-/// The header of an empty tree.
-struct Header : NodeBase {
-  Header() { reset(); }
-  Header(const Header&) = delete;
-  Header& operator=(const Header&) = delete;
+  NodeLink parent() const { return parent_and_colour & ~colour_bit; }
+  bool is_red() const { return (parent_and_colour & colour_bit) != 0; }
 
-  /// Forgets all nodes.
-  void reset() {
-    colour = Colour::header;
-    parent = nullptr;
-    left = right = this;
+  void set_parent(NodeLink parent) {
+    parent_and_colour = parent | (parent_and_colour & colour_bit);
   }
+  void make_red() { parent_and_colour |= colour_bit; }
+  void make_black() { parent_and_colour &= ~colour_bit; }
 };
 
-/// In-order neighbours. The successor of the largest node is the header, the predecessor of the
-/// header the largest node, of the smallest node the header. O(log n), O(1) on average.
-NodeBase* successor(NodeBase* node);
-NodeBase* predecessor(NodeBase* node);
+/// The tree and the memory of its nodes, each of which begins with its links.
+class RedBlackTree {
+ public:
+  /// `node_size`: bytes, a multiple of 4.
+  explicit RedBlackTree(std::uint32_t node_size) : memory_(node_size, &header_) {}
+  RedBlackTree(const RedBlackTree&) = delete;
+  RedBlackTree& operator=(const RedBlackTree&) = delete;
 
-/// Links a new node as the left or right child of `parent`, a node that has no such child (or the
-/// header of an empty tree), and rebalances. O(log n), O(1) amortised.
-void insert(NodeBase* node, NodeBase* parent, bool as_left_child, NodeBase& header);
+  NodeMemory& memory() { return memory_; }
+  TreeLinks* header() { return &header_; }
 
-/// Unlinks a node and rebalances; all other nodes stay where they are in memory. O(log n), O(1)
-/// amortised.
-void remove(NodeBase* node, NodeBase& header);
+  /// The node that a link leads to; the header for `no_node`.
+  TreeLinks& at(NodeLink link) const { return *static_cast<TreeLinks*>(memory_.at(link)); }
+  NodeLink root() const { return header_.parent_and_colour; }
+  NodeLink smallest() const { return header_.left; }
+  NodeLink largest() const { return header_.right; }
+  /// The link that leads to a node. O(1).
+  NodeLink link_of(const TreeLinks* node) const;
 
-/// Takes a tree apart: unlinks some leaf of what is left below and around `cursor`, first the root,
-/// which moves on to the next place to look and is null when all is gone. O(1) amortised; neither
-/// rebalances nor recurses.
-NodeBase* take_leaf(NodeBase*& cursor);
+  /// In-order neighbours. The successor of the largest node is the header, the predecessor of the
+  /// header the largest node, of the smallest node the header. O(log n), O(1) on average.
+  TreeLinks* successor(TreeLinks* node) const;
+  TreeLinks* predecessor(TreeLinks* node) const;
 
-}  // namespace red_black_tree
+  /// Links a new node as the left or right child of `parent`, a node that has no such child (or
+  /// `no_node` in an empty tree), and rebalances. O(log n), O(1) amortised.
+  void insert(NodeLink node, NodeLink parent, bool as_left_child);
+
+  /// Unlinks a node and rebalances; all other nodes stay where they are in memory. O(log n), O(1)
+  /// amortised.
+  void remove(NodeLink node);
+
+  /// Forgets all nodes; their memory stays in use.
+  void forget_all() { header_ = TreeLinks(); }
+
+  /// Takes a tree apart that was forgotten: unlinks some leaf of what is left below and around
+  /// `cursor`, first the former root, which moves on to the next place to look and is `no_node`
+  /// when all is gone. O(1) amortised; neither rebalances nor recurses.
+  NodeLink take_leaf(NodeLink& cursor) const;
+
+  /// Takes on the nodes of `other`, bit for bit, into this empty tree. Without memory for them it
+  /// stays empty: std::bad_alloc. O(bytes).
+  void copy_from(const RedBlackTree& other);
+
+ private:
+  using Child = NodeLink TreeLinks::*;
+
+  static Child opposite(Child side) {
+    return side == &TreeLinks::left ? &TreeLinks::right : &TreeLinks::left;
+  }
+  bool is_red(NodeLink node) const { return at(node).is_red(); }
+
+  template <Child Forwards, Child Backwards>
+  TreeLinks* step(TreeLinks* node) const;
+  void replace_child(NodeLink node, NodeLink replacement);
+  void rotate(NodeLink node, Child side);
+  void repair_red_child(NodeLink node);
+  void repair_missing_black(NodeLink node, NodeLink parent);
+
+  TreeLinks header_;
+  NodeMemory memory_;
+};
 
 #endif

@@ -44,16 +44,8 @@ rbData::rbData(REALstring string) {
   data_.fill(string, host_encoding::as_stored, stored_length);
 }
 
-rbText::rbText(REALstring string) : utf8_(empty_text) {
-  if (string == nullptr) {
-    length_ = 0;
-  } else if (REALGetStringEncoding(string) == host_encoding::as_stored) {
-    const rbData raw(string);
-    source_ =
-        LockedString::adopt(REALBuildUnicodeString(raw.data(), raw.length(), host_encoding::utf8));
-  } else {
-    source_ = LockedString(string);
-  }
+rbText::rbText(REALstring string, Held held) : string_(string), utf8_(empty_text) {
+  if (held == Held::by_view) lock_ = LockedString(string);
 }
 
 const char* rbText::GetUTF8() {
@@ -68,24 +60,32 @@ std::int32_t rbText::LengthUTF8() {
 
 void rbText::convert() {
   length_ = 0;
-  if (source_.get() == nullptr) return;
+  REALstring string = string_;
+  if (string == nullptr) return;
+  if (REALGetStringEncoding(string) == host_encoding::as_stored) {
+    const rbData raw(string);
+    rebuilt_ =
+        LockedString::adopt(REALBuildUnicodeString(raw.data(), raw.length(), host_encoding::utf8));
+    string = rebuilt_.get();
+    if (string == nullptr) return;
+  }
   // A host that told no version is served like a new one: the data service has fallbacks.
   const bool old_host = host_version() != 0 && host_version() < first_version_with_data_service;
   if (old_host) {
-    convert_by_string_service();
+    convert_by_string_service(string);
   } else {
-    convert_by_data_service();
+    convert_by_data_service(string);
   }
 }
 
-void rbText::convert_by_data_service() {
-  if (!data_.fill(source_.get(), host_encoding::utf8) || data_.data() == nullptr) return;
+void rbText::convert_by_data_service(REALstring string) {
+  if (!data_.fill(string, host_encoding::utf8) || data_.data() == nullptr) return;
   utf8_ = data_.data();
   length_ = to_length(data_.length());
 }
 
-void rbText::convert_by_string_service() {
-  converted_ = LockedString::adopt(REALConvertString(source_.get(), host_encoding::utf8));
+void rbText::convert_by_string_service(REALstring string) {
+  converted_ = LockedString::adopt(REALConvertString(string, host_encoding::utf8));
   if (converted_.get() == nullptr) return;
   const char* data = reinterpret_cast<const OldStringObject*>(converted_.get())->data;
   if (data == nullptr) return;

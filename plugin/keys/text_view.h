@@ -40,10 +40,21 @@ class rbData {
 };
 
 /// The text of a host string. A nil string, and one that the host cannot convert, reads as empty.
-/// Bytes without an encoding are taken as UTF-8. What the view makes or locks is released with it.
+/// Bytes without an encoding are taken as UTF-8. The host is asked when the text is first read, and
+/// what the view makes or locks is released with it.
 class rbText {
  public:
-  explicit rbText(REALstring string);
+  /// How the string stays alive meanwhile.
+  enum class Held { by_view, by_caller };
+
+  /// `held`: whether the view takes a lock of its own, or the caller has one for the view's life.
+  explicit rbText(REALstring string, Held held = Held::by_view);
+
+  /// Makes an empty view, one of nil, that of a string which the caller holds.
+  void view(REALstring held_string) {
+    string_ = held_string;
+    length_ = -1;
+  }
 
   /// The text as UTF-8, NUL-terminated, valid as long as the view; converted at most once.
   const char* GetUTF8();
@@ -52,11 +63,13 @@ class rbText {
 
  private:
   void convert();
-  void convert_by_data_service();
-  void convert_by_string_service();
+  void convert_by_data_service(REALstring string);
+  void convert_by_string_service(REALstring string);
 
-  LockedString source_;
-  LockedString converted_;
+  REALstring string_;
+  LockedString lock_;       // on that string
+  LockedString rebuilt_;    // the string that raw bytes are made into
+  LockedString converted_;  // what a host before 2012 gives for it
   StringDataHolder data_;
   const char* utf8_;
   std::int32_t length_ = -1;  // not known yet

@@ -27,57 +27,94 @@ std::int32_t compare_values(Accessor& read, REALobject a, REALobject b) {
   return value_b > value_a ? -1 : 1;  // also 1 when either is a NaN
 }
 
-std::int32_t compare_strings(REALobject a, REALobject b) {
-  const auto string_a = LockedString::adopt(GetVariantString(a));
-  const auto string_b = LockedString::adopt(GetVariantString(b));
-  return Compare(string_a.get(), string_b.get());
+std::uint32_t hash(VariantView& variant) {
+  if (variant.handle() == nullptr) return 0;
+  if (variant.type() != VariantType::string) return GetVariantHash(variant.handle());
+  return GetStringHash(variant.text());
 }
 
 }  // namespace
 
-std::int32_t Compare(REALobject a, REALobject b) {
-  if (a == b) return 0;
-  if (a == nullptr || b == nullptr) return compare_handles(a, b);
-  const VariantType type = GetVariantType(a);
-  if (type != GetVariantType(b)) return compare_handles(a, b);
+VariantType VariantView::type() {
+  if (!type_known_) {
+    type_ = GetVariantType(variant_);
+    type_known_ = true;
+  }
+  return type_;
+}
+
+rbText& VariantView::text() {
+  if (!text_known_) {
+    string_ = LockedString::adopt(GetVariantString(variant_));
+    text_.view(string_.get());
+    text_known_ = true;
+  }
+  return text_;
+}
+
+std::int32_t Compare(VariantView& a, VariantView& b) {
+  const REALobject handle_a = a.handle();
+  const REALobject handle_b = b.handle();
+  if (handle_a == handle_b) return 0;
+  if (handle_a == nullptr || handle_b == nullptr) return compare_handles(handle_a, handle_b);
+  const VariantType type = a.type();
+  if (type != b.type()) return compare_handles(handle_a, handle_b);
   switch (type) {
     case VariantType::nil:
       return 0;
     case VariantType::integer:
     case VariantType::boolean:
     case VariantType::color:
-      return compare_values(GetVariantInteger, a, b);
+      return compare_values(GetVariantInteger, handle_a, handle_b);
     case VariantType::int64:
     case VariantType::currency:
-      return compare_values(GetVariantLong, a, b);
+      return compare_values(GetVariantLong, handle_a, handle_b);
     case VariantType::single:
-      return compare_values(GetVariantSingle, a, b);
+      return compare_values(GetVariantSingle, handle_a, handle_b);
     case VariantType::double_:
-      return compare_values(GetVariantDouble, a, b);
-    case VariantType::string:
-      return compare_strings(a, b);
+      return compare_values(GetVariantDouble, handle_a, handle_b);
+    case VariantType::string: {
+      rbText& text_a = a.text();
+      return Compare(text_a, b.text());
+    }
     case VariantType::date:
     case VariantType::object:
       break;
   }
-  return compare_handles(a, b);
+  return compare_handles(handle_a, handle_b);
 }
 
-bool EqualRBVariant::operator()(const RBVariant& a, const RBVariant& b) const {
-  leave_comparison_locks(a, b);
-  return Compare(a.get(), b.get()) == 0;
+std::int32_t Compare(REALobject a, REALobject b) {
+  VariantView view_a(a);
+  VariantView view_b(b);
+  return Compare(view_a, view_b);
 }
 
-bool LTRBVariant::operator()(const RBVariant& a, const RBVariant& b) const {
-  leave_comparison_locks(a, b);
-  return Compare(a.get(), b.get()) < 0;
+bool EqualRBVariant::operator()(const RBVariant& stored, const VariantProbe& key) const {
+  VariantView view(stored.get());
+  leave_comparison_locks(view.handle(), key.get());
+  return Compare(view, key.view()) == 0;
 }
 
-std::uint32_t RBVariantHash::operator()(const RBVariant& variant) const {
-  if (variant.get() == nullptr) return 0;
-  if (GetVariantType(variant.get()) != VariantType::string) return GetVariantHash(variant.get());
-  const auto string = LockedString::adopt(GetVariantString(variant.get()));
-  return GetStringHash(string.get());
+bool LTRBVariant::operator()(const RBVariant& stored, const VariantProbe& key) const {
+  VariantView view(stored.get());
+  leave_comparison_locks(view.handle(), key.get());
+  return Compare(view, key.view()) < 0;
+}
+
+bool LTRBVariant::operator()(const VariantProbe& key, const RBVariant& stored) const {
+  VariantView view(stored.get());
+  leave_comparison_locks(key.get(), view.handle());
+  return Compare(key.view(), view) < 0;
+}
+
+std::uint32_t RBVariantHash::operator()(const VariantProbe& key) const {
+  return hash(key.view());
+}
+
+std::uint32_t RBVariantHash::operator()(const RBVariant& stored) const {
+  VariantView view(stored.get());
+  return hash(view);
 }
 
 REALobject REALnewVariant(std::int32_t value) {

@@ -17,13 +17,15 @@ struct DictionaryConversion {
     replace_storage<C>(instance);
     if (dictionary == nullptr) return;
     auto& storage = *container_data<C>(instance).storage;
+    const InUse use(storage);
     const std::int32_t count = GetDictionaryCount(dictionary);
     for (std::int32_t index = 0; index < count; ++index) {
       const auto key = LockedObject::adopt(GetDictionaryKey(dictionary, index));
       const auto value = LockedObject::adopt(GetDictionaryValue(dictionary, key.get()));
       const auto stored_key = C::Key::from_variant(key.get());
       const auto stored_value = C::Value::from_variant(value.get());
-      MapOperations<C>::assign(storage, stored_key, C::Value::lend(stored_value));
+      MapOperations<C>::assign(storage, typename C::KeyProbe(C::Key::lend(stored_key)),
+                               C::Value::lend(stored_value));
     }
   }
 

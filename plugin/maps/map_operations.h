@@ -12,7 +12,6 @@ template <class C>
 struct MapOperations : private KeyedAccess<C> {
   using KeyHost = typename C::KeyHost;
   using ValueHost = typename C::ValueHost;
-  using StoredKey = typename C::StoredKey;
   using StoredValue = typename C::StoredValue;
   using Storage = typename C::Storage;
 
@@ -20,6 +19,7 @@ struct MapOperations : private KeyedAccess<C> {
   static ValueHost getValue(REALobject instance, KeyHost key) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return {};
+    const typename C::ElementUse use(*storage);
     const auto position = find(*storage, key);
     if (position.is_end()) {
       raise_key_not_found();
@@ -35,13 +35,14 @@ struct MapOperations : private KeyedAccess<C> {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return;
     drop_caches<C>(instance);
-    assign(*storage, StoredKey(key), value);
+    assign(*storage, typename C::KeyProbe(key), value);
   }
 
   /// The key's value, or `default_value` for an absent key, which is not added.
   static ValueHost lookup(REALobject instance, KeyHost key, ValueHost default_value) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return {};
+    const typename C::ElementUse use(*storage);
     const auto position = find(*storage, key);
     return position.is_end() ? C::Value::hand_out(StoredValue(default_value))
                              : C::Value::hand_out(position.entry().value);
@@ -57,7 +58,8 @@ struct MapOperations : private KeyedAccess<C> {
 
   /// Finds or adds the key and replaces its value, as assignment by a program does; for the other
   /// map routines too.
-  static void assign(Storage& storage, const StoredKey& key, ValueHost value) {
+  static void assign(Storage& storage, const typename C::KeyProbe& key, ValueHost value) {
+    const typename C::ElementUse use(storage);
     auto& entry = storage.insert_unique(key).entry;
     StoredValue replacement(value);
     std::swap(entry.value, replacement);
@@ -65,8 +67,8 @@ struct MapOperations : private KeyedAccess<C> {
 
  private:
   static typename C::Position find(Storage& storage, KeyHost key) {
-    const StoredKey held_key(key);
-    return storage.find(held_key);
+    const typename C::KeyProbe probe(key);
+    return storage.find(probe);
   }
 };
 

@@ -15,9 +15,8 @@
 
 namespace {
 
-using IntegerSet = HashedStorage<std::int32_t, NoValue, IntegerHash, std::equal_to<std::int32_t>>;
-using IntegerMap =
-    HashedStorage<std::int32_t, std::int32_t, IntegerHash, std::equal_to<std::int32_t>>;
+using IntegerSet = HashedStorage<std::int32_t, NoValue, IntegerHash, IntegerEqual>;
+using IntegerMap = HashedStorage<std::int32_t, std::int32_t, IntegerHash, IntegerEqual>;
 using TroubledSet = HashedStorage<TroubledKey, NoValue, TroubledHash, TroubledEqual>;
 
 template <class Storage>

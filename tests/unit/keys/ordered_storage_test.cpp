@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <iterator>
 #include <limits>
 #include <map>
@@ -13,13 +12,14 @@
 #include <random>
 #include <vector>
 
+#include "keys/integer_key.h"
 #include "storage_inspectors.h"
 #include "troubled_key.h"
 
 namespace {
 
-using IntegerSet = OrderedStorage<std::int32_t, NoValue, std::less<std::int32_t>>;
-using IntegerMap = OrderedStorage<std::int32_t, std::int32_t, std::less<std::int32_t>>;
+using IntegerSet = OrderedStorage<std::int32_t, NoValue, IntegerLess>;
+using IntegerMap = OrderedStorage<std::int32_t, std::int32_t, IntegerLess>;
 using TroubledSet = OrderedStorage<TroubledKey, NoValue, TroubledLess>;
 
 template <class Storage>

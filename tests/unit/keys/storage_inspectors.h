@@ -29,12 +29,15 @@ struct HashedStorageInspector {
     std::uint32_t elements = 0;
     std::string wrong;
     for (std::uint32_t bucket = 0; bucket < storage.buckets_.count; ++bucket) {
-      if (storage.buckets_[bucket] == nullptr) continue;
+      if (storage.buckets_[bucket] == no_node) continue;
       state << "\n  bucket " << bucket << ':';
-      for (auto* node = storage.buckets_[bucket]; node != nullptr; node = node->next) {
-        state << ' ' << number_of(node->key);
+      for (NodeLink link = storage.buckets_[bucket]; link != no_node;) {
+        const auto& element = storage.element(link);
+        link = element.next;
+        const std::int32_t number = number_of(element.key);
+        state << ' ' << number;
         ++elements;
-        if (static_cast<std::uint32_t>(number_of(node->key)) % storage.buckets_.count != bucket) {
+        if (static_cast<std::uint32_t>(number) % storage.buckets_.count != bucket) {
           wrong = "a key lies in a foreign bucket";
         }
         if (elements > storage.size_) break;  // perhaps a cycle
@@ -54,22 +57,11 @@ class OrderedStorageInspector {
  public:
   template <class Storage>
   static testing::AssertionResult check(Storage& storage) {
-    OrderedStorageInspector inspector;
-    using Node = typename Storage::Node;
-    NodeBase* header = storage.end().node;
-    NodeBase* root = header->parent;
-    if (root != nullptr) {
-      if (root->parent != header) inspector.wrong_ = "the root's parent is not the header";
-      if (root->colour != Colour::black) inspector.wrong_ = "the root is not black";
-    }
-    const auto print = [&](NodeBase* node) {
-      inspector.state_ << number_of(static_cast<Node*>(node)->key);
-    };
-    const auto less = [](NodeBase* a, NodeBase* b) {
-      return number_of(static_cast<Node*>(a)->key) < number_of(static_cast<Node*>(b)->key);
-    };
-    inspector.black_height(root, print);
-    inspector.check_order(root, header, less);
+    OrderedStorageInspector inspector(storage.tree_);
+    const auto number = [&](NodeLink node) { return number_of(storage.key_at(node)); };
+    inspector.check_root();
+    inspector.black_height(storage.tree_.root(), number);
+    inspector.check_order(number);
     if (inspector.nodes_ != storage.size()) inspector.wrong_ = "size() is not the number of nodes";
     if (inspector.wrong_.empty()) return testing::AssertionSuccess();
     return testing::AssertionFailure() << inspector.wrong_ << "; size " << storage.size()
@@ -77,48 +69,58 @@ class OrderedStorageInspector {
   }
 
  private:
-  using NodeBase = red_black_tree::NodeBase;
-  using Colour = red_black_tree::Colour;
+  explicit OrderedStorageInspector(RedBlackTree& tree) : tree_(tree) {}
 
-  template <class Print>
-  int black_height(NodeBase* node, Print print) {
-    if (node == nullptr) return 0;
-    ++nodes_;
-    state_ << (node->colour == Colour::red ? "(r" : "(b");
-    print(node);
-    for (NodeBase* child : {node->left, node->right}) {
-      if (child == nullptr) continue;
-      if (child->parent != node) wrong_ = "a child does not know its parent";
-      if (node->colour == Colour::red && child->colour == Colour::red) wrong_ = "red below red";
-    }
-    const int left = black_height(node->left, print);
-    const int right = black_height(node->right, print);
-    state_ << ')';
-    if (left != right) wrong_ = "black heights differ";
-    return left + (node->colour == Colour::black ? 1 : 0);
+  void check_root() {
+    if (tree_.header()->is_red()) wrong_ = "the header is not black";
+    const NodeLink root = tree_.root();
+    if (root == no_node) return;
+    if (tree_.at(root).parent() != no_node) wrong_ = "the root's parent is not the header";
+    if (tree_.at(root).is_red()) wrong_ = "the root is not black";
   }
 
-  template <class Less>
-  void check_order(NodeBase* root, NodeBase* header, Less less) {
-    NodeBase* smallest = header;
-    NodeBase* largest = header;
-    for (NodeBase* node = root; node != nullptr; node = node->left) smallest = node;
-    for (NodeBase* node = root; node != nullptr; node = node->right) largest = node;
-    if (header->left != smallest || header->right != largest) {
+  template <class Number>
+  int black_height(NodeLink node, Number number) {
+    if (node == no_node) return 0;
+    const TreeLinks& links = tree_.at(node);
+    ++nodes_;
+    state_ << (links.is_red() ? "(r" : "(b") << number(node);
+    if (tree_.link_of(&links) != node) wrong_ = "a node does not know its link";
+    for (const NodeLink child : {links.left, links.right}) {
+      if (child == no_node) continue;
+      if (tree_.at(child).parent() != node) wrong_ = "a child does not know its parent";
+      if (links.is_red() && tree_.at(child).is_red()) wrong_ = "red below red";
+    }
+    const int left = black_height(links.left, number);
+    const int right = black_height(links.right, number);
+    state_ << ')';
+    if (left != right) wrong_ = "black heights differ";
+    return left + (links.is_red() ? 0 : 1);
+  }
+
+  template <class Number>
+  void check_order(Number number) {
+    NodeLink smallest = no_node;
+    NodeLink largest = no_node;
+    for (NodeLink node = tree_.root(); node != no_node; node = tree_.at(node).left) smallest = node;
+    for (NodeLink node = tree_.root(); node != no_node; node = tree_.at(node).right) largest = node;
+    if (tree_.smallest() != smallest || tree_.largest() != largest) {
       wrong_ = "the header does not point to the ends";
       return;
     }
-    for (NodeBase* node = smallest; node != header && node != largest;) {
-      NodeBase* next = red_black_tree::successor(node);
-      if (next == header || !less(node, next)) {
+    for (NodeLink node = smallest; node != largest;) {
+      TreeLinks* following = tree_.successor(&tree_.at(node));
+      const NodeLink next = tree_.link_of(following);
+      if (next == no_node || number(node) >= number(next)) {
         wrong_ = "keys are out of order";
         return;
       }
-      if (red_black_tree::predecessor(next) != node) wrong_ = "steps back lead elsewhere";
+      if (tree_.predecessor(following) != &tree_.at(node)) wrong_ = "steps back lead elsewhere";
       node = next;
     }
   }
 
+  RedBlackTree& tree_;
   std::uint32_t nodes_ = 0;
   std::string wrong_;
   std::ostringstream state_;
