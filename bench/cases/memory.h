@@ -1,0 +1,11 @@
+// What the process holds.
+#ifndef ZRB_CASES_MEMORY_H
+#define ZRB_CASES_MEMORY_H
+
+/// Bytes in blocks of the heap, with what the allocator adds to each.
+double heap_bytes();
+
+/// Bytes of the process that are in memory.
+double resident_bytes();
+
+#endif

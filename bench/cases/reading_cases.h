@@ -1,0 +1,136 @@
+// Cases that leave the map as it was.
+#ifndef ZRB_CASES_READING_CASES_H
+#define ZRB_CASES_READING_CASES_H
+
+#include <algorithm>
+
+#include "cases/bed.h"
+#include "cases/memory.h"
+#include "cases/meter.h"
+
+namespace reading_cases {
+
+inline constexpr std::size_t warm_up_limit =
+    100'000;  // elements; more fill the caches by themselves
+
+// Times `pass`, which does `operations` and returns a checksum.
+template <class K, class Pass>
+void measure(benchmark::State& state, Bed<K>& bed, std::size_t operations, Pass pass) {
+  bed.filled();
+  if (bed.workload().keys.size() <= warm_up_limit) pass();
+  Meter meter(state);
+  for (auto _ : state) {
+    meter.start();
+    const std::uint64_t checksum = pass();
+    meter.stop(operations, checksum);
+  }
+  meter.report();
+}
+
+template <class K>
+void find_hit(benchmark::State& state, Bed<K>& bed) {
+  const auto& hits = bed.workload().hits;
+  measure(state, bed, hits.size(), [&] { return bed.search(bed.filled(), hits); });
+}
+
+template <class K>
+void find_miss(benchmark::State& state, Bed<K>& bed) {
+  const auto& misses = bed.workload().misses;
+  measure(state, bed, misses.size(), [&] { return bed.search(bed.filled(), misses); });
+}
+
+// What was found is the next key. The workload keeps strings alive without the lock given back.
+inline std::int32_t next_key(std::int32_t value) {
+  return value;
+}
+inline REALstring next_key(REALstring value) {
+  fasthost::unlock(value);
+  return value;
+}
+
+template <class K>
+void find_dependent(benchmark::State& state, Bed<K>& bed) {
+  const std::size_t steps = bed.workload().hits.size();
+  const auto lookup = bed.subject().lookup;
+  measure(state, bed, steps, [&] {
+    REALobject map = bed.filled();
+    K key = bed.workload().keys[0];
+    for (std::size_t i = 0; i < steps; ++i) key = next_key(lookup(map, key, K{}));
+    return consume(lookup(map, key, K{}));
+  });
+}
+
+// Whether `find` leads to the keys that it was asked for: the sum of what its iterators read.
+template <class K>
+std::uint64_t verify_iterators(Bed<K>& bed) {
+  const auto& hits = bed.workload().hits;
+  auto& subject = bed.subject();
+  std::uint64_t sum = 0;
+  for (std::size_t i = 0; i < std::min<std::size_t>(hits.size(), 1000); ++i) {
+    REALobject position = subject.find(bed.filled(), hits[i]);
+    sum += consume(subject.iterator_key(position));
+    subject.release_iterator(position);
+  }
+  return sum;
+}
+
+/// An iterator object for each hit, released again; its key is not read.
+template <class K>
+void find_iterator(benchmark::State& state, Bed<K>& bed) {
+  const auto& hits = bed.workload().hits;
+  const auto find = bed.subject().find;
+  const auto release = bed.subject().release_iterator;
+  REALobject map = bed.filled();
+  const std::uint64_t checksum = verify_iterators(bed);
+  measure(state, bed, hits.size(), [&] {
+    for (const K key : hits) release(find(map, key));
+    return checksum;
+  });
+}
+
+/// Ten million iterator objects, one after the other; `growth` is by how many bytes the process
+/// grew.
+template <class K>
+void find_iterator_growth(benchmark::State& state, Bed<K>& bed) {
+  constexpr std::size_t objects = 10'000'000;
+  const auto& hits = bed.workload().hits;
+  const auto find = bed.subject().find;
+  const auto release = bed.subject().release_iterator;
+  REALobject map = bed.filled();
+  const std::uint64_t checksum = verify_iterators(bed);
+  Meter meter(state);
+  for (auto _ : state) {
+    const double resident = resident_bytes();
+    meter.start();
+    for (std::size_t i = 0, at = 0; i < objects; ++i) {
+      release(find(map, hits[at]));
+      if (++at == hits.size()) at = 0;
+    }
+    meter.stop(objects, checksum);
+    state.counters["growth"] = resident_bytes() - resident;
+  }
+  meter.report();
+}
+
+/// From `first` to `last`: a comparison, a key and a step for each element.
+template <class K>
+void iterate(benchmark::State& state, Bed<K>& bed) {
+  auto& subject = bed.subject();
+  measure(state, bed, bed.workload().keys.size(), [&] {
+    REALobject map = bed.filled();
+    std::uint64_t sum = 0;
+    REALobject position = subject.first(map);
+    REALobject end = subject.last(map);
+    while (static_cast<bool>(subject.is_not_equal(position, end))) {
+      sum += consume(subject.iterator_key(position));
+      subject.move_next(position);
+    }
+    subject.release_iterator(position);
+    subject.release_iterator(end);
+    return sum;
+  });
+}
+
+}  // namespace reading_cases
+
+#endif

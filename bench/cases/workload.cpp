@@ -1,0 +1,116 @@
+#include "cases/workload.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <numeric>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+#include "fasthost/blocks.h"
+
+namespace {
+
+// A bijection, so that different indices give different keys.
+std::int32_t spread(std::uint32_t index) {
+  index ^= index >> 16;
+  index *= 0x85EBCA6BU;
+  index ^= index >> 13;
+  index *= 0xC2B2AE35U;
+  index ^= index >> 16;
+  return static_cast<std::int32_t>(index);
+}
+
+std::vector<std::uint32_t> random_order(std::size_t count, std::uint32_t seed) {
+  std::vector<std::uint32_t> order(count);
+  std::iota(order.begin(), order.end(), 0U);
+  shuffle(order, seed);
+  return order;
+}
+
+// Each value is the key that comes after its own in a random order.
+template <class K>
+std::vector<K> chain(const std::vector<K>& keys) {
+  const auto order = random_order(keys.size(), 1);
+  std::vector<K> values(keys.size());
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    values[order[i]] = keys[order[(i + 1) % order.size()]];
+  }
+  return values;
+}
+
+std::vector<std::uint32_t> searched(std::size_t count) {
+  auto order = random_order(count, 2);
+  order.resize(std::min(count, largest_batch));
+  return order;
+}
+
+std::string read_file(const std::string& name) {
+  std::ifstream in(name, std::ios::binary);
+  if (!in) throw std::runtime_error("cannot read the words in " + name);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::vector<std::string_view> first_lines(std::string_view text, std::size_t count) {
+  std::vector<std::string_view> lines;
+  lines.reserve(count);
+  while (lines.size() < count && !text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    lines.push_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  if (lines.size() < count) throw std::runtime_error("the file of words is too short");
+  return lines;
+}
+
+}  // namespace
+
+template <class T>
+void shuffle(std::vector<T>& elements, std::uint32_t seed) {
+  std::uint64_t state = 0x9E3779B97F4A7C15U + seed;
+  for (std::size_t left = elements.size(); left > 1; --left) {
+    state ^= state << 13;
+    state ^= state >> 7;
+    state ^= state << 17;
+    const std::size_t chosen = ((state >> 32) * left) >> 32;
+    std::swap(elements[left - 1], elements[chosen]);
+  }
+}
+template void shuffle(std::vector<std::uint32_t>& elements, std::uint32_t seed);
+template void shuffle(std::vector<std::int32_t>& elements, std::uint32_t seed);
+template void shuffle(std::vector<REALstring>& elements, std::uint32_t seed);
+
+Workload<std::int32_t> make_integer_workload(std::size_t count) {
+  Workload<std::int32_t> workload;
+  workload.keys.resize(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    workload.keys[i] = spread(static_cast<std::uint32_t>(i));
+  }
+  workload.values = chain(workload.keys);
+  for (const std::uint32_t index : searched(count)) {
+    workload.hits.push_back(workload.keys[index]);
+  }
+  for (std::size_t i = 0; i < workload.hits.size(); ++i) {
+    workload.misses.push_back(spread(static_cast<std::uint32_t>(count + i)));
+  }
+  return workload;
+}
+
+Workload<REALstring> make_string_workload(std::size_t count, const std::string& word_file) {
+  const std::string text = read_file(word_file);
+  const auto lines = first_lines(text, 2 * count);
+  const auto make = [&](std::size_t line) {
+    return fasthost::make_string(lines[line], static_cast<std::uint32_t>(line));
+  };
+  Workload<REALstring> workload;
+  std::vector<REALstring> linked;
+  for (std::size_t i = 0; i < count; ++i) workload.keys.push_back(make(i));
+  for (std::size_t i = 0; i < count; ++i) linked.push_back(make(i));
+  workload.values = chain(linked);
+  for (const std::uint32_t index : searched(count)) workload.hits.push_back(make(index));
+  for (std::size_t i = 0; i < workload.hits.size(); ++i) {
+    workload.misses.push_back(make(count + i));
+  }
+  return workload;
+}

@@ -1,0 +1,36 @@
+// The keys and values that a measurement works on, the same for every subject.
+#ifndef ZRB_CASES_WORKLOAD_H
+#define ZRB_CASES_WORKLOAD_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/binary_interface.h"
+
+/// Most elements of one batch of searches; larger maps are sampled.
+inline constexpr std::size_t largest_batch = 1'000'000;
+
+/// `keys[i]` is inserted with `values[i]`; the keys come in random order. The values lead from one
+/// key to the next on a random way through all of them, so that a search can depend on the result
+/// of the one before. Strings to search with are never the objects that are stored.
+template <class K>
+struct Workload {
+  std::vector<K> keys;
+  std::vector<K> values;
+  std::vector<K> hits;    // in a random order of their own
+  std::vector<K> misses;  // as many; none of them is among the keys
+};
+
+/// Of `count` distinct integers spread over the whole range.
+Workload<std::int32_t> make_integer_workload(std::size_t count);
+
+/// Of the first lines of a file of distinct words; it must have twice `count`. Throws
+/// std::runtime_error when it has not.
+Workload<REALstring> make_string_workload(std::size_t count, const std::string& word_file);
+
+/// Puts the elements in a random order that is the same in each process.
+template <class T>
+void shuffle(std::vector<T>& elements, std::uint32_t seed);
+
+#endif

@@ -1,0 +1,136 @@
+// Cases that make, change, copy or destroy maps.
+#ifndef ZRB_CASES_WRITING_CASES_H
+#define ZRB_CASES_WRITING_CASES_H
+
+#include <algorithm>
+
+#include "cases/bed.h"
+#include "cases/memory.h"
+#include "cases/meter.h"
+
+namespace writing_cases {
+
+// Whether the map holds what it should: its size, and a sample of its values.
+template <class K>
+std::uint64_t verify(Bed<K>& bed, REALobject map) {
+  constexpr std::size_t sample = 100'000;
+  const auto& hits = bed.workload().hits;
+  const std::vector<K> keys(
+      hits.begin(), hits.begin() + static_cast<std::ptrdiff_t>(std::min(hits.size(), sample)));
+  return bed.search(map, keys) + static_cast<std::uint64_t>(bed.subject().count(map));
+}
+
+/// Also tells what an element takes, of the heap and resident.
+template <class K>
+void insert_random(benchmark::State& state, Bed<K>& bed) {
+  const auto count = bed.workload().keys.size();
+  auto& subject = bed.subject();
+  Meter meter(state);
+  bool first = true;
+  for (auto _ : state) {
+    if (REALobject old = bed.release()) subject.destroy(old);
+    const double heap = heap_bytes();
+    const double resident = resident_bytes();
+    REALobject map = subject.create();
+    meter.start();
+    bed.fill(map);
+    meter.stop(count, 0);
+    if (std::exchange(first, false)) {
+      state.counters["heap"] = (heap_bytes() - heap) / static_cast<double>(count);
+      state.counters["resident"] = (resident_bytes() - resident) / static_cast<double>(count);
+    }
+    bed.adopt(map);
+  }
+  meter.add_to_checksum(verify(bed, bed.filled()));
+  meter.report();
+}
+
+inline bool in_ascending_order(std::int32_t a, std::int32_t b) {
+  return a < b;
+}
+inline bool in_ascending_order(REALstring a, REALstring b) {
+  return a->text() < b->text();
+}
+
+template <class K>
+void insert_ascending(benchmark::State& state, Bed<K>& bed) {
+  auto keys = bed.workload().keys;
+  std::ranges::sort(keys, [](K a, K b) { return in_ascending_order(a, b); });
+  const auto& values = bed.workload().values;
+  auto& subject = bed.subject();
+  const auto assign = subject.assign;
+  Meter meter(state);
+  for (auto _ : state) {
+    REALobject map = subject.create();
+    meter.start();
+    for (std::size_t i = 0; i < keys.size(); ++i) assign(map, keys[i], values[i]);
+    meter.stop(keys.size(), static_cast<std::uint64_t>(subject.count(map)));
+    meter.add_to_checksum(verify(bed, map));
+    subject.destroy(map);
+  }
+  meter.report();
+}
+
+/// Keys go and as many others come: each removal and each insertion is an operation.
+template <class K>
+void churn(benchmark::State& state, Bed<K>& bed) {
+  REALobject map = bed.filled();
+  const auto& values = bed.workload().values;
+  const auto remove = bed.subject().remove;
+  const auto assign = bed.subject().assign;
+  auto present = bed.workload().keys;
+  auto absent = bed.workload().misses;
+  const std::size_t steps = std::max<std::size_t>(absent.size() / 2, 1);
+  Meter meter(state);
+  std::uint32_t seed = 10;
+  for (auto _ : state) {
+    shuffle(present, ++seed);
+    shuffle(absent, ++seed);
+    std::uint64_t removed = 0;
+    meter.start();
+    for (std::size_t i = 0; i < steps; ++i) {
+      removed += static_cast<std::uint64_t>(remove(map, present[i]));
+      assign(map, absent[i], values[i]);
+    }
+    meter.stop(2 * steps, removed);
+    std::swap_ranges(present.begin(), present.begin() + static_cast<std::ptrdiff_t>(steps),
+                     absent.begin());
+  }
+  meter.add_to_checksum(verify(bed, map));
+  meter.report();
+  bed.subject().destroy(bed.release());
+}
+
+template <class K>
+void copy(benchmark::State& state, Bed<K>& bed) {
+  REALobject map = bed.filled();
+  const auto count = bed.workload().keys.size();
+  Meter meter(state);
+  for (auto _ : state) {
+    meter.start();
+    REALobject duplicate = bed.subject().copy(map);
+    meter.stop(count, 0);
+    meter.add_to_checksum(verify(bed, duplicate));
+    bed.subject().destroy(duplicate);
+  }
+  meter.report();
+}
+
+template <class K>
+void destroy(benchmark::State& state, Bed<K>& bed) {
+  const auto count = bed.workload().keys.size();
+  Meter meter(state);
+  for (auto _ : state) {
+    bed.filled();
+    const auto held = static_cast<std::uint64_t>(bed.subject().count(bed.filled()));
+    REALobject map = bed.release();
+    meter.start();
+    bed.subject().destroy(map);
+    meter.stop(count, held);
+  }
+  meter.report();
+}
+
+}  // namespace writing_cases
+
+#endif
