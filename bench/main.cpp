@@ -12,6 +12,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "cases/cases.h"
 #include "cases/loading.h"
@@ -69,12 +70,13 @@ HostResolver resolver(const Options& options) {
   return options.count_calls ? &fasthost::resolve_counting : &fasthost::resolve;
 }
 
-// Enough for a region of about a million operations.
+// Enough for some hundred thousand operations; those on strings take several times as long.
+template <class K>
 std::int64_t iterations(const Options& options, bool once) {
-  constexpr std::int64_t operations = 1'000'000;
+  constexpr std::int64_t operations = std::is_same_v<K, REALstring> ? 200'000 : 500'000;
   if (options.iterations != 0) return options.iterations;
   if (once) return 1;
-  return std::clamp<std::int64_t>(operations / static_cast<std::int64_t>(options.n), 1, 1000);
+  return std::max<std::int64_t>(operations / static_cast<std::int64_t>(options.n), 1);
 }
 
 std::string_view word(Structure structure) {
@@ -92,7 +94,7 @@ void register_subject(const Options& options, std::string_view key, const Subjec
     benchmark::RegisterBenchmark(
         name.c_str(), [bed, run = one.run](benchmark::State& state) { run(state, *bed); })
         ->UseManualTime()
-        ->Iterations(iterations(options, one.once));
+        ->Iterations(iterations<K>(options, one.once));
   }
 }
 

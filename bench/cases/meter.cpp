@@ -51,6 +51,7 @@ void Meter::stop(std::size_t operations, std::uint64_t checksum) {
 }
 
 void Meter::report() {
+  if (RUNNING_ON_VALGRIND) CALLGRIND_DUMP_STATS;
   const auto operations = static_cast<double>(operations_);
   state_.counters["operations"] = operations;
   state_.counters["ns"] = seconds_ * 1e9 / operations;

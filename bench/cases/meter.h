@@ -25,6 +25,7 @@ class Meter {
 
   /// Writes what was measured into the counters of the benchmark: `ns` per operation, `operations`
   /// in all, `checksum`, and under the counting host `calls` per operation, in all and by service.
+  /// Under callgrind the instructions of the regions go to a dump of their own.
   void report();
 
  private:

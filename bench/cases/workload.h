@@ -9,7 +9,7 @@
 #include "host/binary_interface.h"
 
 /// Most elements of one batch of searches; larger maps are sampled.
-inline constexpr std::size_t largest_batch = 1'000'000;
+inline constexpr std::size_t largest_batch = 500'000;
 
 /// `keys[i]` is inserted with `values[i]`; the keys come in random order. The values lead from one
 /// key to the next on a random way through all of them, so that a search can depend on the result
