@@ -2,9 +2,12 @@
 #ifndef ZRB_CASES_BED_H
 #define ZRB_CASES_BED_H
 
+#include <malloc.h>
+
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <utility>
 
 #include "cases/workload.h"
@@ -35,7 +38,10 @@ class Bed {
     return *subject_;
   }
   Workload<K>& workload() {
-    if (!workload_) workload_ = make_workload_();
+    if (!workload_) {
+      workload_ = make_workload_();
+      ::malloc_trim(0);  // what making it took and gave back is not for the map to find
+    }
     return *workload_;
   }
 
@@ -58,8 +64,8 @@ class Bed {
   void adopt(REALobject map) { filled_ = map; }
   REALobject release() { return std::exchange(filled_, nullptr); }
 
-  /// Searches every key of the batch in `map`; the sum of what is found.
-  std::uint64_t search(REALobject map, const std::vector<K>& keys) {
+  /// Searches every one of the keys in `map`; the sum of what is found.
+  std::uint64_t search(REALobject map, std::span<const K> keys) {
     const auto lookup = subject().lookup;
     std::uint64_t sum = 0;
     for (const K key : keys) sum += consume(lookup(map, key, K{}));

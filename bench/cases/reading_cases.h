@@ -13,15 +13,16 @@ namespace reading_cases {
 inline constexpr std::size_t warm_up_limit =
     100'000;  // elements; more fill the caches by themselves
 
-// Times `pass`, which does `operations` and returns a checksum.
+// Times `pass`, which takes the number of the iteration, does `operations` and returns a checksum.
 template <class K, class Pass>
 void measure(benchmark::State& state, Bed<K>& bed, std::size_t operations, Pass pass) {
   bed.filled();
-  if (bed.workload().keys.size() <= warm_up_limit) pass();
+  if (bed.workload().keys.size() <= warm_up_limit) pass(std::size_t{0});
   Meter meter(state);
+  std::size_t turn = 0;
   for (auto _ : state) {
     meter.start();
-    const std::uint64_t checksum = pass();
+    const std::uint64_t checksum = pass(turn++);
     meter.stop(operations, checksum);
   }
   meter.report();
@@ -29,14 +30,18 @@ void measure(benchmark::State& state, Bed<K>& bed, std::size_t operations, Pass 
 
 template <class K>
 void find_hit(benchmark::State& state, Bed<K>& bed) {
-  const auto& hits = bed.workload().hits;
-  measure(state, bed, hits.size(), [&] { return bed.search(bed.filled(), hits); });
+  const auto& workload = bed.workload();
+  measure(state, bed, workload.batch, [&](std::size_t turn) {
+    return bed.search(bed.filled(), workload.batch_of(workload.hits, turn));
+  });
 }
 
 template <class K>
 void find_miss(benchmark::State& state, Bed<K>& bed) {
-  const auto& misses = bed.workload().misses;
-  measure(state, bed, misses.size(), [&] { return bed.search(bed.filled(), misses); });
+  const auto& workload = bed.workload();
+  measure(state, bed, workload.batch, [&](std::size_t turn) {
+    return bed.search(bed.filled(), workload.batch_of(workload.misses, turn));
+  });
 }
 
 // What was found is the next key. The workload keeps strings alive without the lock given back.
@@ -50,9 +55,9 @@ inline REALstring next_key(REALstring value) {
 
 template <class K>
 void find_dependent(benchmark::State& state, Bed<K>& bed) {
-  const std::size_t steps = bed.workload().hits.size();
+  const std::size_t steps = bed.workload().batch;
   const auto lookup = bed.subject().lookup;
-  measure(state, bed, steps, [&] {
+  measure(state, bed, steps, [&](std::size_t) {
     REALobject map = bed.filled();
     K key = bed.workload().keys[0];
     for (std::size_t i = 0; i < steps; ++i) key = next_key(lookup(map, key, K{}));
@@ -77,13 +82,13 @@ std::uint64_t verify_iterators(Bed<K>& bed) {
 /// An iterator object for each hit, released again; its key is not read.
 template <class K>
 void find_iterator(benchmark::State& state, Bed<K>& bed) {
-  const auto& hits = bed.workload().hits;
+  const auto& workload = bed.workload();
   const auto find = bed.subject().find;
   const auto release = bed.subject().release_iterator;
   REALobject map = bed.filled();
   const std::uint64_t checksum = verify_iterators(bed);
-  measure(state, bed, hits.size(), [&] {
-    for (const K key : hits) release(find(map, key));
+  measure(state, bed, workload.batch, [&](std::size_t turn) {
+    for (const K key : workload.batch_of(workload.hits, turn)) release(find(map, key));
     return checksum;
   });
 }
@@ -121,7 +126,7 @@ void find_iterator_growth(benchmark::State& state, Bed<K>& bed) {
 template <class K>
 void iterate(benchmark::State& state, Bed<K>& bed) {
   auto& subject = bed.subject();
-  measure(state, bed, bed.workload().keys.size(), [&] {
+  measure(state, bed, bed.workload().keys.size(), [&](std::size_t) {
     REALobject map = bed.filled();
     std::uint64_t sum = 0;
     REALobject position = subject.first(map);

@@ -43,10 +43,15 @@ std::vector<K> chain(const std::vector<K>& keys) {
   return values;
 }
 
-std::vector<std::uint32_t> searched(std::size_t count) {
-  auto order = random_order(count, 2);
-  order.resize(std::min(count, largest_batch));
-  return order;
+// Indices of the keys to search, batch after batch.
+std::vector<std::uint32_t> searched(std::size_t count, std::size_t batch) {
+  std::vector<std::uint32_t> indices;
+  for (std::uint32_t seed = 2; indices.size() < std::max(batch, fewest_searches); ++seed) {
+    const auto order = random_order(count, seed);
+    indices.insert(indices.end(), order.begin(),
+                   order.begin() + static_cast<std::ptrdiff_t>(batch));
+  }
+  return indices;
 }
 
 // Mapped for good, and only as far as it is read: a small map needs few of its millions of lines.
@@ -99,7 +104,8 @@ Workload<std::int32_t> make_integer_workload(std::size_t count) {
     workload.keys[i] = spread(static_cast<std::uint32_t>(i));
   }
   workload.values = chain(workload.keys);
-  for (const std::uint32_t index : searched(count)) {
+  workload.batch = std::min(count, largest_batch);
+  for (const std::uint32_t index : searched(count, workload.batch)) {
     workload.hits.push_back(workload.keys[index]);
   }
   for (std::size_t i = 0; i < workload.hits.size(); ++i) {
@@ -109,18 +115,18 @@ Workload<std::int32_t> make_integer_workload(std::size_t count) {
 }
 
 Workload<REALstring> make_string_workload(std::size_t count, const std::string& word_file) {
-  const auto lines = first_lines(map_file(word_file), 2 * count);
+  Workload<REALstring> workload;
+  workload.batch = std::min(count, largest_batch);
+  const auto indices = searched(count, workload.batch);
+  const auto lines = first_lines(map_file(word_file), count + indices.size());
   const auto make = [&](std::size_t line) {
     return fasthost::make_string(lines[line], static_cast<std::uint32_t>(line));
   };
-  Workload<REALstring> workload;
   std::vector<REALstring> linked;
   for (std::size_t i = 0; i < count; ++i) workload.keys.push_back(make(i));
   for (std::size_t i = 0; i < count; ++i) linked.push_back(make(i));
   workload.values = chain(linked);
-  for (const std::uint32_t index : searched(count)) workload.hits.push_back(make(index));
-  for (std::size_t i = 0; i < workload.hits.size(); ++i) {
-    workload.misses.push_back(make(count + i));
-  }
+  for (const std::uint32_t index : indices) workload.hits.push_back(make(index));
+  for (std::size_t i = count; i < lines.size(); ++i) workload.misses.push_back(make(i));
   return workload;
 }

@@ -3,6 +3,8 @@
 #define ZRB_CASES_WRITING_CASES_H
 
 #include <algorithm>
+#include <span>
+#include <utility>
 
 #include "cases/bed.h"
 #include "cases/memory.h"
@@ -14,9 +16,8 @@ namespace writing_cases {
 template <class K>
 std::uint64_t verify(Bed<K>& bed, REALobject map) {
   constexpr std::size_t sample = 100'000;
-  const auto& hits = bed.workload().hits;
-  const std::vector<K> keys(
-      hits.begin(), hits.begin() + static_cast<std::ptrdiff_t>(std::min(hits.size(), sample)));
+  const std::span<const K> hits = bed.workload().hits;
+  const auto keys = hits.first(std::min(hits.size(), sample));
   return bed.search(map, keys) + static_cast<std::uint64_t>(bed.subject().count(map));
 }
 
@@ -81,7 +82,7 @@ void churn(benchmark::State& state, Bed<K>& bed) {
   const auto assign = bed.subject().assign;
   auto present = bed.workload().keys;
   auto absent = bed.workload().misses;
-  const std::size_t steps = std::max<std::size_t>(absent.size() / 2, 1);
+  const std::size_t steps = std::max<std::size_t>(bed.workload().batch / 2, 1);
   Meter meter(state);
   std::uint32_t seed = 10;
   for (auto _ : state) {

@@ -7,7 +7,7 @@ import tables
 
 INTRODUCTION = """# Performance
 
-Written by `tools/bench`; what stands under "Remarks" comes from `bench/remarks.md`. {where}
+Written by `tools/bench`. {where}
 
 ## How it is measured
 
@@ -37,6 +37,8 @@ Written by `tools/bench`; what stands under "Remarks" comes from `bench/remarks.
 
 
 def write(results, root):
+    """The page and its plots. What a person has to say about the figures is in bench/remarks.md, if
+    there is such a file, and goes below the table of goals."""
     folder = os.path.join(root, "docs")
     pictures = plots.draw(results, os.path.join(folder, "performance"))
     with open(os.path.join(folder, "performance.md"), "w", encoding="utf-8") as out:

@@ -42,7 +42,7 @@ def goal_table(results):
     rows = [(row.operation, row.against, ("≤ %s %s" % (values(row.limits), row.unit)).strip(),
              " / ".join(map(number, row.reached)), goals.verdict(row))
             for row in goals.rows(results)]
-    return markdown(("Operation", "Against", "Goal", "Reached", "Is it?"), rows)
+    return markdown(("Operation", "Against", "Goal", "Reached", "Met?"), rows)
 
 
 def operation_tables(results, structure, key):
