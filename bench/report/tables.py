@@ -29,10 +29,9 @@ def number(value):
 
 
 def size(n):
-    for power, text in ((1_000_000, "e6"), (1_000, "e3")):
-        if n % power == 0:
-            return "%d%s" % (n // power, text)
-    return str(n)
+    """1e5 for 100000; a number of many digits as it is."""
+    digits = str(n).rstrip("0")
+    return "%se%d" % (digits, len(str(n)) - 1) if len(digits) == 1 else str(n)
 
 
 def goal_table(results):
