@@ -37,7 +37,7 @@ void Meter::stop(std::size_t operations, std::uint64_t checksum) {
   const auto net = std::max(elapsed - overhead_, Clock::duration(1));
   const double seconds = std::chrono::duration<double>(net).count();
   state_.SetIterationTime(seconds);
-  seconds_ += seconds;
+  region_ns_.push_back(seconds * 1e9 / static_cast<double>(operations));
   operations_ += operations;
   checksum_ += checksum;
 
@@ -54,7 +54,9 @@ void Meter::report() {
   if (RUNNING_ON_VALGRIND) CALLGRIND_DUMP_STATS;
   const auto operations = static_cast<double>(operations_);
   state_.counters["operations"] = operations;
-  state_.counters["ns"] = seconds_ * 1e9 / operations;
+  const auto middle = region_ns_.begin() + static_cast<std::ptrdiff_t>(region_ns_.size() / 2);
+  std::nth_element(region_ns_.begin(), middle, region_ns_.end());
+  state_.counters["ns"] = *middle;
   // A counter is a double: as many bits as it holds exactly.
   state_.counters["checksum"] = static_cast<double>(checksum_ & ((std::uint64_t{1} << 52) - 1));
   if (!fasthost::is_counting()) return;

@@ -48,6 +48,7 @@
 #include "keys/bucket_sizes.h"
 #include "keys/entry.h"
 #include "keys/finish.h"
+#include "keys/hints.h"
 #include "keys/in_use.h"
 #include "keys/node_memory.h"
 #include "keys/remainder.h"

@@ -24,16 +24,6 @@
 using NodeLink = std::uint32_t;
 inline constexpr NodeLink no_node = 0;
 
-/// Asks the processor to load what lies at `address`, which is about to be used. Any address will
-/// do.
-inline void prefetch(const void* address) {
-#if defined(__GNUC__)
-  __builtin_prefetch(address);
-#else
-  static_cast<void>(address);
-#endif
-}
-
 class NodeMemory {
  public:
   /// `node_size`: bytes, a multiple of 4. `at_no_node`: what the link `no_node` leads to, null or
