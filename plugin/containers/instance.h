@@ -68,7 +68,19 @@ template <class C>
 }
 
 template <class C>
+bool has_caches(REALobject instance) {
+  const auto& data = container_data<C>(instance);
+  if constexpr (C::is_map) {
+    return data.keysCache != nullptr || data.valuesCache != nullptr;
+  } else {
+    return data.keysCache != nullptr;
+  }
+}
+
+template <class C>
 void drop_caches(REALobject instance) {
+  if (!has_caches<C>(instance)) [[likely]]
+    return;
   const TakenCaches dropped = take_caches<C>(instance);
 }
 

@@ -231,10 +231,6 @@ class OrderedStorage : public Usable {
   friend class OrderedStorageInspector;  // the invariant checker of the tests
   friend class InUse<OrderedStorage>;
 
-  // Below that many elements, insertions turn by a branch: all is in the cache, and the processor
-  // goes on at once on the side that it guesses.
-  static constexpr std::uint32_t small_tree = 4096;
-
   // What calls nobody needs no guard.
   using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<OrderedStorage>>;
   using RemovalUse = ElementUse;
@@ -304,7 +300,6 @@ class OrderedStorage : public Usable {
     return node;
   }
 
-  template <bool guess_turns>
   Place search_place_plain(const Key& key) const {
     Place place;
     for (NodeLink node = tree_.root(); node != no_node;) {
@@ -312,8 +307,7 @@ class OrderedStorage : public Usable {
       if (key == at_node.key) return {node, no_node, false};
       place.parent = node;
       place.as_left_child = Less{}(key, at_node.key);
-      const bool left = guess_turns ? place.as_left_child : unpredictable(place.as_left_child);
-      node = left ? at_node.left : at_node.right;
+      node = unpredictable(place.as_left_child) ? at_node.left : at_node.right;
     }
     return place;
   }
@@ -322,7 +316,7 @@ class OrderedStorage : public Usable {
   Place place_of(const Probe& key) {
     if constexpr (plain_keys) {
       if (size_ != 0 && Less{}(key_at(tree_.largest()), key)) return behind_the_largest();
-      return size_ < small_tree ? search_place_plain<true>(key) : search_place_plain<false>(key);
+      return search_place_plain(key);
     } else {
       for (int attempts = 0; attempts < search_attempts; ++attempts) {
         const std::uint32_t changes_before = changes();

@@ -1,7 +1,5 @@
 #include "keys/red_black_tree.h"
 
-#include <utility>
-
 NodeLink RedBlackTree::link_of(const TreeLinks* node) const {
   if (node == &header_) return no_node;
   const NodeLink parent = node->parent();
@@ -38,92 +36,112 @@ TreeLinks* RedBlackTree::predecessor(TreeLinks* node) const {
   return step<&TreeLinks::left, &TreeLinks::right>(node);
 }
 
-// Makes `replacement`, which may be missing, the child that `node` was to its parent.
-void RedBlackTree::replace_child(NodeLink node, NodeLink replacement) {
-  const NodeLink parent = at(node).parent();
+// Makes `replacement` the child that `node` was to its parent.
+void RedBlackTree::replace_in_parent(NodeLink parent, NodeLink node, NodeLink replacement) {
   if (parent == no_node) {
     header_.parent_and_colour = replacement;
   } else {
     TreeLinks& above = at(parent);
     (above.left == node ? above.left : above.right) = replacement;
   }
+}
+
+void RedBlackTree::replace_child(NodeLink node, NodeLink replacement) {
+  const NodeLink parent = at(node).parent();
+  replace_in_parent(parent, node, replacement);
   if (replacement != no_node) at(replacement).set_parent(parent);
 }
 
-// Lets the child on the other side rise; `node` becomes its child on `side`.
-void RedBlackTree::rotate(NodeLink node, Child side) {
-  const Child other = opposite(side);
+// Lets the child on the other side rise; `node` becomes its child on `side`. Gives the riser.
+template <RedBlackTree::Child side, RedBlackTree::Child other>
+NodeLink RedBlackTree::rotate(NodeLink node) {
   TreeLinks& sinker = at(node);
   const NodeLink riser_link = sinker.*other;
   TreeLinks& riser = at(riser_link);
-  replace_child(node, riser_link);
+  const NodeLink parent = sinker.parent();
   const NodeLink inner = riser.*side;
   sinker.*other = inner;
   if (inner != no_node) at(inner).set_parent(node);
   riser.*side = node;
+  riser.set_parent(parent);
   sinker.set_parent(riser_link);
+  replace_in_parent(parent, node, riser_link);
+  return riser_link;
 }
 
-// A red node may have a red parent: recolours upwards, and ends with at most two rotations.
-void RedBlackTree::repair_red_child(NodeLink node) {
+// The red node `node` has a red parent, which is the child on `side` of `grandparent`, and a black
+// uncle: ends that with at most two rotations.
+template <RedBlackTree::Child side, RedBlackTree::Child other>
+void RedBlackTree::rotate_red_child_up(NodeLink node, NodeLink parent, NodeLink grandparent) {
+  if (node == at(parent).*other) parent = rotate<side, other>(parent);
+  at(parent).make_black();
+  at(grandparent).make_red();
+  rotate<other, side>(grandparent);
+}
+
+// A red node may have a red parent: recolours upwards, then rotates.
+void RedBlackTree::repair_red_child(NodeLink node, NodeLink parent) {
   for (;;) {
-    NodeLink parent = at(node).parent();
-    if (!is_red(parent)) break;  // a black node, or the header
-    const NodeLink grandparent = at(parent).parent();
+    TreeLinks& above = at(parent);
+    if (!above.is_red()) break;  // a black node, or the header
+    const NodeLink grandparent = above.parent();
     TreeLinks& top = at(grandparent);
-    const Child side = parent == top.left ? &TreeLinks::left : &TreeLinks::right;
-    const NodeLink uncle = top.*opposite(side);
-    if (is_red(uncle)) {
-      at(parent).make_black();
-      at(uncle).make_black();
-      top.make_red();
-      node = grandparent;
-      continue;
+    const bool parent_is_left = parent == top.left;
+    TreeLinks& uncle = at(parent_is_left ? top.right : top.left);
+    if (!uncle.is_red()) {
+      if (parent_is_left) {
+        rotate_red_child_up<&TreeLinks::left, &TreeLinks::right>(node, parent, grandparent);
+      } else {
+        rotate_red_child_up<&TreeLinks::right, &TreeLinks::left>(node, parent, grandparent);
+      }
+      return;  // the node on top is black
     }
-    if (node == at(parent).*opposite(side)) {
-      rotate(parent, side);
-      std::swap(node, parent);
-    }
-    at(parent).make_black();
+    above.make_black();
+    uncle.make_black();
+    node = grandparent;
+    parent = top.parent();
+    if (parent == no_node) break;  // the root stays black
     top.make_red();
-    rotate(grandparent, opposite(side));
-    break;
   }
-  at(root()).make_black();
 }
 
-// The paths through `node`, which may be missing, lack one black node: recolours upwards, and ends
-// with at most three rotations.
+// The paths through `node`, the child on `side` of `parent` and perhaps missing, lack one black
+// node: ends that with at most three rotations, or tells that the same now holds for `parent`.
+template <RedBlackTree::Child side, RedBlackTree::Child other>
+bool RedBlackTree::gain_black(NodeLink parent) {
+  TreeLinks& above = at(parent);
+  NodeLink sibling = above.*other;
+  if (at(sibling).is_red()) {
+    at(sibling).make_black();
+    above.make_red();
+    rotate<side, other>(parent);
+    sibling = above.*other;
+  }
+  if (!is_red(at(sibling).left) && !is_red(at(sibling).right)) {
+    at(sibling).make_red();
+    return false;
+  }
+  if (!is_red(at(sibling).*other)) {
+    at(at(sibling).*side).make_black();
+    at(sibling).make_red();
+    sibling = rotate<other, side>(sibling);
+  }
+  TreeLinks& risen = at(sibling);
+  above.is_red() ? risen.make_red() : risen.make_black();
+  above.make_black();
+  at(risen.*other).make_black();
+  rotate<side, other>(parent);
+  return true;
+}
+
 void RedBlackTree::repair_missing_black(NodeLink node, NodeLink parent) {
   while (parent != no_node && !is_red(node)) {
-    TreeLinks& above = at(parent);
-    const Child side = node == above.left ? &TreeLinks::left : &TreeLinks::right;
-    const Child other = opposite(side);
-    NodeLink sibling = above.*other;
-    if (is_red(sibling)) {
-      at(sibling).make_black();
-      above.make_red();
-      rotate(parent, side);
-      sibling = above.*other;
-    }
-    if (!is_red(at(sibling).left) && !is_red(at(sibling).right)) {
-      at(sibling).make_red();
-      node = parent;
-      parent = above.parent();
-      continue;
-    }
-    if (!is_red(at(sibling).*other)) {
-      at(at(sibling).*side).make_black();
-      at(sibling).make_red();
-      rotate(sibling, other);
-      sibling = above.*other;
-    }
-    TreeLinks& risen = at(sibling);
-    above.is_red() ? risen.make_red() : risen.make_black();
-    above.make_black();
-    at(risen.*other).make_black();
-    rotate(parent, side);
-    break;
+    const bool done = node == at(parent).left
+                          ? gain_black<&TreeLinks::left, &TreeLinks::right>(parent)
+                          : gain_black<&TreeLinks::right, &TreeLinks::left>(parent);
+    if (done) return;
+    node = parent;
+    parent = at(node).parent();
   }
   if (node != no_node) at(node).make_black();
 }
@@ -145,7 +163,7 @@ void RedBlackTree::insert(NodeLink node, NodeLink parent, bool as_left_child) {
     above.right = node;
     if (parent == header_.right) header_.right = node;
   }
-  repair_red_child(node);
+  repair_red_child(node, parent);
 }
 
 void RedBlackTree::remove(NodeLink node) {

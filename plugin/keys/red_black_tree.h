@@ -87,16 +87,19 @@ class RedBlackTree {
  private:
   using Child = NodeLink TreeLinks::*;
 
-  static Child opposite(Child side) {
-    return side == &TreeLinks::left ? &TreeLinks::right : &TreeLinks::left;
-  }
   bool is_red(NodeLink node) const { return at(node).is_red(); }
 
   template <Child Forwards, Child Backwards>
   TreeLinks* step(TreeLinks* node) const;
+  void replace_in_parent(NodeLink parent, NodeLink node, NodeLink replacement);
   void replace_child(NodeLink node, NodeLink replacement);
-  void rotate(NodeLink node, Child side);
-  void repair_red_child(NodeLink node);
+  template <Child side, Child other>
+  NodeLink rotate(NodeLink node);
+  template <Child side, Child other>
+  void rotate_red_child_up(NodeLink node, NodeLink parent, NodeLink grandparent);
+  void repair_red_child(NodeLink node, NodeLink parent);
+  template <Child side, Child other>
+  bool gain_black(NodeLink parent);
   void repair_missing_black(NodeLink node, NodeLink parent);
 
   TreeLinks header_;
