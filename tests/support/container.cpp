@@ -58,6 +58,12 @@ void* Instance::first_word() const {
   return word;
 }
 
+void Instance::plant_array(std::size_t slot, const standin::ArrayRef& array) const {
+  REALarray held = standin::ArrayRef(array).release();
+  std::memcpy(reinterpret_cast<char*>(get()) + record_->forSystemUse + (slot + 1) * sizeof(void*),
+              &held, sizeof held);
+}
+
 Iterator Iterator::adopt(const ContainerClass& container_class, REALobject iterator) {
   return {container_class, container_class.iterator_name, standin::ObjectRef::adopt(iterator)};
 }

@@ -61,6 +61,10 @@ class Instance {
   /// The plugin's data of this instance: its first pointer-wide word.
   void* first_word() const;
 
+  /// Puts an array into a slot of the plugin's data, with a lock of the instance's own: slot 0 is
+  /// for cached keys, slot 1 for cached values.
+  void plant_array(std::size_t slot, const standin::ArrayRef& array) const;
+
   /// Gives up the host's object, so that it dies now if nobody else holds it.
   void release() { object_.reset(); }
 

@@ -1,6 +1,4 @@
 // Locks over a container's life: construction, properties, Clear and destruction.
-#include <cstring>
-
 #include "laws/locks/lock_test.h"
 #include "support/leak_sanitizer.h"
 
@@ -104,18 +102,12 @@ ZRB_LOCK_TEST(LifecycleLocks, destruction_without_storage_changes_no_lock, membe
 // Such an instance has no arrays of its own accord; the destructor relies on nothing.
 ZRB_LOCK_TEST(LifecycleLocks, destruction_without_storage_gives_up_the_arrays_alone,
               member::destructor) {
-  std::vector<ArrayRef> arrays;
-  const int slots = container_class().is_map() ? 2 : 1;
+  std::vector<ArrayRef> arrays(container_class().is_map() ? 2 : 1);
   {
     const Container container = Container::without_storage(container_class());
-    const std::int32_t offset =
-        host().find_class(container_class().name)->definition()->forSystemUse;
-    for (int slot = 1; slot <= slots; ++slot) {
-      arrays.push_back(support::host_array(ElementType::integer, {1, 2, 3}));
-      REALarray held = ArrayRef(arrays.back()).release();
-      std::memcpy(reinterpret_cast<char*>(container.get()) + offset +
-                      static_cast<std::size_t>(slot) * sizeof(void*),
-                  &held, sizeof held);
+    for (std::size_t slot = 0; slot < arrays.size(); ++slot) {
+      arrays[slot] = support::host_array(ElementType::integer, {1, 2, 3});
+      container.plant_array(slot, arrays[slot]);
     }
     for (const ArrayRef& array : arrays) EXPECT_EQ(standin::lock_count(array.get()), 2U);
   }
