@@ -142,8 +142,13 @@ class HostExceptions : public support::ClassTest {
   }
 };
 class MapHostExceptions : public HostExceptions {};
+class HostExceptionsOfValues : public HostExceptions {};
 ZRB_FOR_CLASSES(HostExceptions, support::all_classes());
 ZRB_FOR_CLASSES(MapHostExceptions, support::map_classes());
+ZRB_FOR_CLASSES(HostExceptionsOfValues,
+                support::classes_where([](const support::ContainerClass& c) {
+                  return c.is_map() && c.value != ElementType::integer;  // integers take no locks
+                }));
 
 constexpr int present = 1;
 constexpr int absent = 2;
@@ -180,10 +185,7 @@ TEST_P(MapHostExceptions, pass_through_assigning_by_an_iterator) {
   fail_each_call(assign_by_iterator, present);
 }
 
-TEST_P(MapHostExceptions, that_refuse_the_value_of_a_new_key_leave_the_key_with_nothing) {
-  if (container_class().value == ElementType::integer) {
-    GTEST_SKIP() << "integers take no locks";
-  }
+TEST_P(HostExceptionsOfValues, that_refuse_the_value_of_a_new_key_leave_the_key_with_nothing) {
   const Element new_key = key(1);
   const Element new_value = value(1);
   const char* const service =

@@ -25,6 +25,9 @@ TEST_P(Errors, without_the_named_class_a_runtime_exception_carries_the_message) 
   restart_without_classes({"NilObjectException"});
   EXPECT_EQ(Container::without_storage(container_class()).count(), 0);
   EXPECT_EQ(raised(), "RuntimeException: " + message());
+  const Container container = make_with(1);
+  EXPECT_FALSE(container.first().is_equal(nullptr));
+  EXPECT_EQ(raised(), "RuntimeException: other iterator is nil");
 }
 
 TEST_P(Errors, without_both_classes_nothing_is_raised_and_nothing_stays_locked) {
@@ -44,6 +47,12 @@ TEST_P(MapErrors, without_the_key_not_found_class_a_runtime_exception_has_no_mes
   ASSERT_TRUE(host().has_pending_exception());
   EXPECT_FALSE(standin::exception_message(host().pending_exception()));
   EXPECT_EQ(raised(), "RuntimeException: ");
+}
+
+TEST_P(MapErrors, without_both_classes_an_absent_key_reads_as_nothing) {
+  restart_without_classes({"KeyNotFoundException", "RuntimeException"});
+  EXPECT_TRUE(support::is_neutral(make().value(key(1))));
+  EXPECT_FALSE(host().has_pending_exception());
 }
 
 TEST_P(Errors, the_exception_is_the_hosts_alone_after_the_call) {

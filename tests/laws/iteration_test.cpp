@@ -11,9 +11,14 @@ using support::Iterator;
 
 class Iteration : public support::ClassTest {};
 class OrderedIteration : public support::ClassTest {};
+class OrderedIntegerIteration : public support::ClassTest {};
 class MapIteration : public support::ClassTest {};
 ZRB_FOR_CLASSES(Iteration, support::all_classes());
 ZRB_FOR_CLASSES(OrderedIteration, support::ordered_classes());
+ZRB_FOR_CLASSES(OrderedIntegerIteration,
+                support::classes_where([](const support::ContainerClass& c) {
+                  return c.is_ordered() && c.key == support::ElementType::integer;
+                }));
 ZRB_FOR_CLASSES(MapIteration, support::map_classes());
 
 TEST_P(Iteration, on_an_empty_container_first_equals_last) {
@@ -154,6 +159,15 @@ TEST_P(OrderedIteration, keys_ascend) {
   std::vector<std::string> expected;
   for (int i = 0; i < 200; ++i) expected.push_back(support::describe(key(i)));
   EXPECT_EQ(container.described_keys(), expected);
+}
+
+TEST_P(OrderedIntegerIteration, goes_from_the_most_negative_key_to_the_most_positive) {
+  const Container container = make();
+  for (const std::int32_t key : {5, INT32_MAX, -5, 0, INT32_MIN, -193, 1, -1}) {
+    container.put(key, value(1));
+  }
+  const std::vector<Element> ascending = {INT32_MIN, -193, -5, -1, 0, 1, 5, INT32_MAX};
+  EXPECT_EQ(container.keys(), ascending);
 }
 
 TEST_P(OrderedIteration, last_stepped_back_names_the_greatest_key) {

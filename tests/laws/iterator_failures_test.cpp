@@ -65,6 +65,39 @@ TEST_P(IteratorFailures, an_iterator_without_position_too_refuses_nil) {
   EXPECT_EQ(raised(), other_is_nil);
 }
 
+TEST_P(IteratorFailures, an_iterator_without_position_is_neither_equal_nor_unequal) {
+  const Container container = make_with(1);
+  const Iterator at = container.first();
+  const Iterator unplaced = without_position();
+  for (const auto& [one, other] : {std::pair(&unplaced, &at), {&at, &unplaced}}) {
+    EXPECT_FALSE(one->is_equal(*other));
+    EXPECT_FALSE(one->is_not_equal(*other));
+  }
+  EXPECT_EQ(raised(), "");
+}
+
+TEST_P(IteratorFailures, the_end_has_no_key_and_nothing_behind_it) {
+  for (const Container& container : {make(), make_with(3)}) {
+    const Iterator end = container.last();
+    EXPECT_TRUE(support::is_neutral(end.key()));
+    end.move_next();
+    EXPECT_TRUE(end.is_equal(container.last()));
+    container.remove(end);
+    EXPECT_EQ(raised(), "");
+  }
+}
+
+TEST_P(MapIteratorFailures, the_end_has_no_value_to_read_or_replace) {
+  const Container map = make_with(3);
+  const Iterator end = map.last();
+  const Element assigned = value(9);
+  EXPECT_TRUE(support::is_neutral(end.value()));
+  end.set_value(assigned);
+  EXPECT_EQ(support::locks(assigned), support::one_lock(assigned));
+  EXPECT_EQ(map.count(), 3);
+  EXPECT_EQ(raised(), "");
+}
+
 TEST_P(IteratorFailures, a_raised_exception_changes_nothing_and_leaves_no_lock) {
   const Container container = make_with(3);
   const Iterator at = container.first();

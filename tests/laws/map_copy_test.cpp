@@ -28,7 +28,15 @@ class MapCopy : public support::ClassTest {
     return fresh.described_keys();
   }
 };
+class OrderedMapCopy : public MapCopy {};
+class HashedMapCopy : public MapCopy {};
 ZRB_FOR_CLASSES(MapCopy, support::map_classes());
+ZRB_FOR_CLASSES(OrderedMapCopy, support::classes_where([](const support::ContainerClass& c) {
+                  return c.is_map() && c.is_ordered();
+                }));
+ZRB_FOR_CLASSES(HashedMapCopy, support::classes_where([](const support::ContainerClass& c) {
+                  return c.is_map() && c.is_hashed();
+                }));
 
 TEST_P(MapCopy, a_copy_has_every_entry) {
   const Container source = make_with(250);
@@ -42,15 +50,13 @@ TEST_P(MapCopy, a_copy_has_every_entry) {
   EXPECT_EQ(source.count(), 250);
 }
 
-TEST_P(MapCopy, a_copy_of_an_ordered_map_keeps_the_order) {
-  if (container_class().is_hashed()) GTEST_SKIP() << "the order of a hashed map may change";
+TEST_P(OrderedMapCopy, a_copy_keeps_the_order) {
   const Container source = make_with(100);
   EXPECT_EQ(clone(source).described_keys(), source.described_keys());
   EXPECT_EQ(copy(source).described_keys(), source.described_keys());
 }
 
-TEST_P(MapCopy, a_copied_table_starts_from_193_buckets_again) {
-  if (container_class().is_ordered()) GTEST_SKIP() << "ordered maps have no buckets";
+TEST_P(HashedMapCopy, a_copied_table_starts_from_193_buckets_again) {
   const Container source = make_with(400);
   source.remove(source.find(key(7)), source.last());
   while (source.count() > 100) source.remove(source.first());
@@ -139,6 +145,11 @@ TEST_P(MapCopy, of_a_map_without_storage_raises_and_leaves_an_empty_map) {
   EXPECT_EQ(raised(), "NilObjectException: Map not initialized");
   EXPECT_EQ(map.count(), 0);
   EXPECT_EQ(raised(), "");
+  const Container fresh = Container::without_storage(container_class());
+  construct_from(fresh, Container::without_storage(container_class()).get());
+  EXPECT_EQ(raised(), "NilObjectException: Map not initialized");
+  fresh.put(1);
+  EXPECT_EQ(fresh.count(), 1);
 }
 
 TEST_P(MapCopy, a_clone_of_a_map_without_storage_is_nil) {

@@ -139,6 +139,21 @@ TEST_P(MapPositionalAccess, a_walk_gives_one_lock_to_the_caller) {
   EXPECT_EQ(watch.changes(), support::LockChanges());
 }
 
+TEST_P(MapPositionalAccess, the_plugins_own_array_procedures_give_one_lock_on_values_too) {
+  restart_without({"RuntimeArrayDirectGetGetProc", "RuntimeArrayDirectGetSetProc"});
+  const Element stored_value = value(1);
+  const Container map = make();
+  map.assign_value(key(1), stored_value);
+  value_at(map, 0);
+  const LockWatch watch;
+  {
+    const Element read = value_at(map, 0);
+    EXPECT_EQ(support::describe(read), support::describe(stored_value));
+    EXPECT_EQ(watch.change(stored_value), support::one_lock(stored_value));
+  }
+  EXPECT_EQ(watch.changes(), support::LockChanges());
+}
+
 TEST_P(PositionalAccess, the_plugins_own_array_procedures_give_one_lock_to_the_caller) {
   restart_without({"RuntimeArrayDirectGetGetProc", "RuntimeArrayDirectGetSetProc"});
   const Element stored_key = key(1);

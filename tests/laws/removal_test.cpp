@@ -137,6 +137,7 @@ TEST_P(Removal, of_a_range_releases_the_locks_of_keys_and_values) {
 TEST_P(Removal, by_key_returns_1_then_0) {
   const Container container = make_with(10);
   EXPECT_EQ(container.remove(key(4)), 1);
+  EXPECT_EQ(container.count_key(key(4)), 0);
   EXPECT_EQ(container.remove(key(4)), 0);
   EXPECT_EQ(container.count(), 9);
 }

@@ -1,5 +1,6 @@
 // What every operation does on an instance that no constructor gave storage: it raises
 // NilObjectException with the message of its kind and returns the neutral value.
+#include "support/host_arrays.h"
 #include "support/plugin_test.h"
 
 namespace {
@@ -129,6 +130,26 @@ TEST_P(UninitialisedMap, lookup_returns_the_neutral_value_not_the_default) {
   const Element default_value = value(7);
   EXPECT_TRUE(support::is_neutral(container_.lookup(key(1), default_value)));
   EXPECT_EQ(raised(), not_initialized());
+}
+
+// Such an instance has no arrays of its own accord; here it is given some.
+TEST_P(UninitialisedMap, assigning_and_removing_raise_before_arrays_are_dropped) {
+  const standin::ArrayRef array = support::host_array(support::ElementType::integer, {});
+  container_.plant_array(0, array);
+  container_.plant_array(1, array);
+  container_.assign_value(key(1), value(1));
+  EXPECT_EQ(raised(), not_initialized());
+  EXPECT_EQ(container_.remove(key(1)), 0);
+  EXPECT_EQ(raised(), not_initialized());
+  EXPECT_EQ(standin::lock_count(array.get()), 3U);
+}
+
+TEST_P(UninitialisedSet, removing_a_key_drops_the_array_before_it_raises) {
+  const standin::ArrayRef array = support::host_array(support::ElementType::integer, {});
+  container_.plant_array(0, array);
+  EXPECT_EQ(container_.remove(key(1)), 0);
+  EXPECT_EQ(raised(), not_initialized());
+  EXPECT_EQ(standin::lock_count(array.get()), 1U);
 }
 
 TEST_P(Uninitialised, no_lock_of_an_argument_stays_behind) {

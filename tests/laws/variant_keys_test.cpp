@@ -240,6 +240,25 @@ TEST_P(OrderedVariantKeys, keys_of_different_types_sort_by_their_handles) {
   expect_order_of_handles(container, mixed.size());
 }
 
+// Texts sort among themselves by content and among the rest by handle, which is no order at all:
+// what is lost is that such a key is found, never the container.
+TEST_P(OrderedVariantKeys, texts_among_other_types_may_be_missed_but_break_nothing) {
+  std::vector<Element> mixed;
+  for (int i = 0; i < 60; ++i) {
+    mixed.push_back(i % 2 == 0 ? support::variant_string(std::to_string(97 * i % 60))
+                               : support::variant_integer(i));
+  }
+  const Container container = make();
+  for (const Element& key : mixed) put(container, key);
+  const std::int32_t count = container.count();
+  EXPECT_EQ(container.keys().size(), static_cast<std::size_t>(count));
+  std::int32_t removed = 0;
+  for (const Element& key : mixed) removed += container.remove(key);
+  EXPECT_EQ(container.count(), count - removed);
+  container.clear();
+  EXPECT_TRUE(container.empty());
+}
+
 TEST_P(OrderedVariantKeys, nil_sorts_as_handle_number_0) {
   const Element nil = ObjectRef();
   const Element five = support::variant_integer(5);

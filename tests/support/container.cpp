@@ -38,10 +38,30 @@ const REALmethodDefinition& Instance::method(std::string_view declaration_templa
   throw std::runtime_error(std::string(record_->name) + " does not declare " + declaration);
 }
 
+void* Instance::routine(std::string_view declaration_template) const {
+  tell_call(declaration_template);
+  return method(declaration_template).function;
+}
+
+void* Instance::setter(std::string_view declaration_template) const {
+  tell_call(declaration_template, " =");
+  return method(declaration_template).setterFunction;
+}
+
+void Instance::tell_call(std::string_view member, const char* suffix) {
+  if (on_call) on_call(std::string(member) + suffix);
+}
+
 void* Instance::first_word() const {
   void* word = nullptr;
   std::memcpy(&word, reinterpret_cast<const char*>(get()) + record_->forSystemUse, sizeof word);
   return word;
+}
+
+void Instance::plant_array(std::size_t slot, const standin::ArrayRef& array) const {
+  REALarray held = standin::ArrayRef(array).release();
+  std::memcpy(reinterpret_cast<char*>(get()) + record_->forSystemUse + (slot + 1) * sizeof(void*),
+              &held, sizeof held);
 }
 
 Iterator Iterator::adopt(const ContainerClass& container_class, REALobject iterator) {
@@ -172,6 +192,7 @@ std::vector<std::string> Container::described_values() const {
 }
 
 void* Container::getter(std::string_view name) const {
+  tell_call(name);
   for (std::int32_t i = 0; i < record_->propertyCount; ++i) {
     if (name == record_->properties[i].name) return record_->properties[i].getter;
   }

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,14 +31,14 @@ class Instance {
   template <class Result, class... Arguments>
   Result call(std::string_view declaration_template, Arguments... arguments) const {
     using Routine = Result (*)(REALobject, Arguments...);
-    return reinterpret_cast<Routine>(method(declaration_template).function)(get(), arguments...);
+    return reinterpret_cast<Routine>(routine(declaration_template))(get(), arguments...);
   }
 
   /// Calls the setter of an assignable declaration; the assigned value comes last.
   template <class... Arguments>
   void assign(std::string_view declaration_template, Arguments... arguments) const {
     using Routine = void (*)(REALobject, Arguments...);
-    reinterpret_cast<Routine>(method(declaration_template).setterFunction)(get(), arguments...);
+    reinterpret_cast<Routine>(setter(declaration_template))(get(), arguments...);
   }
 
   /// The same for a routine whose result is an element; takes over the lock of the result.
@@ -60,16 +61,29 @@ class Instance {
   /// The plugin's data of this instance: its first pointer-wide word.
   void* first_word() const;
 
+  /// Puts an array into a slot of the plugin's data, with a lock of the instance's own: slot 0 is
+  /// for cached keys, slot 1 for cached values.
+  void plant_array(std::size_t slot, const standin::ArrayRef& array) const;
+
   /// Gives up the host's object, so that it dies now if nobody else holds it.
   void release() { object_.reset(); }
+
+  /// Hears of each member that is called: the template of its declaration, with " =" behind it for
+  /// a setter, or the name of a property.
+  static inline std::function<void(const std::string& member)> on_call;
 
  protected:
   Instance(const ContainerClass& container_class, const char* registered_name,
            standin::ObjectRef object);
+  static void tell_call(std::string_view member, const char* suffix = "");
 
   const ContainerClass* class_;
   const REALclassDefinition* record_;
   standin::ObjectRef object_;
+
+ private:
+  void* routine(std::string_view declaration_template) const;
+  void* setter(std::string_view declaration_template) const;
 };
 
 class Iterator : public Instance {

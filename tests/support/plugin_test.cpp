@@ -8,6 +8,9 @@ namespace {
 
 std::unique_ptr<standin::Host> started(const standin::HostOptions& options) {
   auto host = std::make_unique<standin::Host>(options);
+  // Told at once, where the trace of the test says what it was about.
+  host->ledger().on_violation(
+      [](const standin::Violation& violation) { ADD_FAILURE() << violation.text(); });
   host->load_plugin(ZRB_PLUGIN_PATH);
   return host;
 }
@@ -76,9 +79,6 @@ std::string PluginTest::raised() {
 
 void PluginTest::expect_clean() {
   EXPECT_EQ(raised(), "") << "an exception was left pending";
-  for (const standin::Violation& violation : host_->ledger().violations()) {
-    ADD_FAILURE() << violation.text();
-  }
   for (const std::string& error : host_->destructor_errors()) {
     ADD_FAILURE() << "a destructor let out: " << error;
   }

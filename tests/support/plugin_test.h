@@ -36,7 +36,7 @@ class PluginTest : public ::testing::Test {
   /// Takes the pending exception; "" when there is none, else "Class: message".
   std::string raised();
 
-  /// Checks what TearDown checks, so far: nothing pending, no handle used wrongly.
+  /// Checks what TearDown checks, so far: nothing pending, no destructor that threw.
   void expect_clean();
 
   void TearDown() override;
