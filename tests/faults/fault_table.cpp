@@ -28,9 +28,9 @@ FaultTable& FaultTable::instance() {
 }
 
 void FaultTable::add(const std::string& routine, int elements, const std::string& mode,
-                     std::uint64_t host_calls, std::uint64_t runs) {
+                     std::uint64_t points, std::uint64_t runs) {
   Counts& counts = rows_[{routine, elements, mode}];
-  counts.host_calls += host_calls;
+  counts.points += points;
   counts.runs += runs;
 }
 
@@ -43,22 +43,22 @@ void FaultTable::report() const {
   for (const auto& [row, counts] : rows_) {
     auto& [routines, total] = by_mode[std::get<2>(row)];
     routines.insert(std::get<0>(row));
-    total.host_calls += counts.host_calls;
+    total.points += counts.points;
     total.runs += counts.runs;
   }
   for (const auto& [mode, totals] : by_mode) {
     const auto& [routines, total] = totals;
-    std::printf("faults: %-42s %4zu routines, %9llu host calls, %9llu runs\n", mode.c_str(),
-                routines.size(), static_cast<unsigned long long>(total.host_calls),
+    std::printf("faults: %-42s %4zu routines, %9llu points, %9llu runs\n", mode.c_str(),
+                routines.size(), static_cast<unsigned long long>(total.points),
                 static_cast<unsigned long long>(total.runs));
   }
   const char* const path = std::getenv("ZRB_FAULT_TABLE");
   if (path == nullptr) return;
   std::ofstream file(path);
-  file << "routine\tstate\tfault\thost calls\truns\n";
+  file << "routine\tstate\tfault\tpoints\truns\n";
   for (const auto& [row, counts] : rows_) {
     file << std::get<0>(row) << '\t' << state_name(std::get<1>(row)) << '\t' << std::get<2>(row)
-         << '\t' << counts.host_calls << '\t' << counts.runs << '\n';
+         << '\t' << counts.points << '\t' << counts.runs << '\n';
   }
 }
 

@@ -17,16 +17,17 @@ class FaultTable {
  public:
   static FaultTable& instance();
 
-  /// `host_calls`: how many the routine makes; `runs`: at how many of them a fault was set.
-  void add(const std::string& routine, int elements, const std::string& mode,
-           std::uint64_t host_calls, std::uint64_t runs);
+  /// `points`: how many host calls, or allocations, the routine makes; `runs`: at how many of them
+  /// a fault was set.
+  void add(const std::string& routine, int elements, const std::string& mode, std::uint64_t points,
+           std::uint64_t runs);
   bool has(const std::string& routine, int elements, const std::string& mode) const;
   /// Prints the totals, and writes the table if a file was asked for.
   void report() const;
 
  private:
   struct Counts {
-    std::uint64_t host_calls = 0;
+    std::uint64_t points = 0;
     std::uint64_t runs = 0;
   };
   std::map<std::tuple<std::string, int, std::string>, Counts> rows_;

@@ -138,18 +138,20 @@ class NullAnswers : public RoutineTest {
 ZRB_FOR_CLASSES(NullAnswers, support::all_classes());
 
 TEST_P(NullAnswers, to_every_routine_leave_the_container_usable) {
-  for_every_routine({once, from_there_on}, all_states(), [&](const Plain& plain) {
-    for (const char* mode : {once, from_there_on}) {
-      std::uint64_t runs = 0;
-      for (const std::size_t n : calls_to_fail(plain)) {
-        if (!has_answer(plain.calls[n - 1])) continue;
-        answer_null(plain, n, mode);
-        ++runs;
-      }
-      FaultTable::instance().add(plain.routine->name, plain.elements, mode, plain.calls.size(),
-                                 runs);
-    }
-  });
+  for_every_routine({once, from_there_on}, all_states(),
+                    [&](const Routine& routine, int elements, Given given) {
+                      const Plain& plain = observe(routine, elements, given);
+                      for (const char* mode : {once, from_there_on}) {
+                        std::uint64_t runs = 0;
+                        for (const std::size_t n : calls_to_fail(plain)) {
+                          if (!has_answer(plain.calls[n - 1])) continue;
+                          answer_null(plain, n, mode);
+                          ++runs;
+                        }
+                        FaultTable::instance().add(plain.routine->name, plain.elements, mode,
+                                                   plain.calls.size(), runs);
+                      }
+                    });
 }
 
 }  // namespace

@@ -87,7 +87,7 @@ std::vector<std::size_t> RoutineTest::calls_to_fail(const Plain& plain) {
   const std::size_t count = plain.calls.size();
   std::size_t at_ends = 40;
   std::size_t between = 20;
-  if (plain.is_large()) at_ends = between = count > 1000 ? 2 : 4;
+  if (plain.is_large()) at_ends = between = count > 1000 ? 2 : 3;
   std::vector<std::size_t> chosen;
   for (std::size_t n = 1; n <= count; ++n) {
     const bool is_at_end = n <= at_ends || n > count - at_ends;

@@ -74,7 +74,7 @@ int Stock::index_of_value(const Element& value) const {
 
 Stock::Locks Stock::locks(int used) const {
   Locks result;
-  const std::size_t count = place(used) + 2;
+  const std::size_t count = place(used) + 3;
   for (auto* counts : {&result.keys, &result.equal_keys, &result.values}) counts->reserve(count);
   const auto add = [&](int index) {
     result.keys.push_back(locks_of(key(index)));
@@ -84,6 +84,7 @@ Stock::Locks Stock::locks(int used) const {
   for (int index = 0; index < used; ++index) add(index);
   add(new_value);
   add(spare);
+  add(added);
   return result;
 }
 

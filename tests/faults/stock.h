@@ -33,6 +33,7 @@ class Stock {
   static constexpr int size = 400;
   static constexpr int new_value = 395;  // the value that calls bring
   static constexpr int spare = 396;      // a key that no scene contains
+  static constexpr int added = 394;      // the key that a call back adds
 
   explicit Stock(const support::ContainerClass& container_class);
 

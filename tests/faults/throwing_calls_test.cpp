@@ -184,7 +184,8 @@ class ThrowingCalls : public RoutineTest {
 ZRB_FOR_CLASSES(ThrowingCalls, support::all_classes());
 
 TEST_P(ThrowingCalls, of_every_routine_leave_the_container_whole) {
-  for_every_routine({mode}, all_states(), [&](const Plain& plain) {
+  for_every_routine({mode}, all_states(), [&](const Routine& routine, int elements, Given given) {
+    const Plain& plain = observe(routine, elements, given);
     const std::vector<std::size_t> calls = calls_to_fail(plain);
     fail_each(plain, calls);
     FaultTable::instance().add(plain.routine->name, plain.elements, mode, plain.calls.size(),
