@@ -1,6 +1,7 @@
 #include "host/arrays.h"
 
 #include "host/locked_handle.h"
+#include "host/services.h"
 
 namespace {
 
@@ -12,7 +13,12 @@ template <class Element>
 using InsertProcedure = void (*)(REALarray, std::int32_t index, Element value);
 
 // Our own procedures, for a host that gives none: an array object is three words, of which the
-// third points to the elements.
+// third points to the elements. An index out of range reads as nil or 0 and takes no value, as far
+// as the host can tell the range.
+bool is_in_range(REALarray array, std::int32_t index) {
+  return index >= 0 && (!REALGetArrayUBound.is_available() || index <= REALGetArrayUBound(array));
+}
+
 template <class Element>
 Element& element_at(REALarray array, std::int32_t index) {
   struct ArrayObject {
@@ -24,15 +30,17 @@ Element& element_at(REALarray array, std::int32_t index) {
 
 template <class Struct>
 Struct* get_own(REALarray array, std::int32_t index) {
+  if (!is_in_range(array, index)) return nullptr;
   return LockedHandle<Struct>(element_at<Struct*>(array, index)).detach();
 }
 
 std::int32_t get_own_integer(REALarray array, std::int32_t index) {
-  return element_at<std::int32_t>(array, index);
+  return is_in_range(array, index) ? element_at<std::int32_t>(array, index) : 0;
 }
 
 template <class Struct>
 void set_own(REALarray array, Struct* value, std::int32_t index) {
+  if (!is_in_range(array, index)) return;
   // The new element is locked before the old one is unlocked: they may be the same.
   LockedHandle<Struct> replacement(value);
   Struct*& element = element_at<Struct*>(array, index);
@@ -41,7 +49,7 @@ void set_own(REALarray array, Struct* value, std::int32_t index) {
 }
 
 void set_own_integer(REALarray array, std::int32_t value, std::int32_t index) {
-  element_at<std::int32_t>(array, index) = value;
+  if (is_in_range(array, index)) element_at<std::int32_t>(array, index) = value;
 }
 
 template <class Struct>

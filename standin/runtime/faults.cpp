@@ -41,6 +41,7 @@ bool Faults::apply_rules(std::size_t entry_point, const char* name) {
     if (rule.countdown > 0) --rule.countdown;
     if (rule.countdown > 0) continue;
     ++fired_;
+    last_fired_ = name;
     throws = throws || rule.action == Action::throw_exception;
     answers_null = answers_null || rule.action == Action::answer_null;
     if (rule.action == Action::call_back) callbacks.push_back(rule.callback);

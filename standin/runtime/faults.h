@@ -40,6 +40,8 @@ class Faults {
   // How many faults came to pass since the last `clear` of this number.
   std::uint64_t fired() const { return fired_; }
   void reset_fired() { fired_ = 0; }
+  // The entry point at which the last fault came to pass; for callbacks too. "" before the first.
+  const char* last_fired() const { return last_fired_; }
 
   // For the runtime itself: returns whether to answer null; may throw.
   bool apply(std::size_t entry_point, const char* name) {
@@ -61,6 +63,7 @@ class Faults {
 
   std::vector<Rule> rules_;
   std::uint64_t fired_ = 0;
+  const char* last_fired_ = "";
 };
 
 }  // namespace standin
