@@ -1,4 +1,4 @@
-// The accounts of a playthrough, and what is compared after each step.
+// The accounts of a playthrough: what steps do to the model and to the book of locks.
 #include "model/playthrough.h"
 
 #include <algorithm>
@@ -219,80 +219,6 @@ void Playthrough::begin(std::size_t number, const Step& step) {
   performed.number = number;
   performed.operation = step.operation;
   performed.variation = step.variation;
-}
-
-std::ptrdiff_t Playthrough::live_handles_beyond_objects() const {
-  std::ptrdiff_t result = live_handles_ + (container_ ? 1 : 0);
-  result += std::count_if(slots_.begin(), slots_.end(),
-                          [](const std::optional<Slot>& slot) { return slot.has_value(); });
-  if (keys_cache) ++result;
-  if (values_cache) ++result;
-  if (held && held->known != keys_cache) ++result;
-  return result;
-}
-
-void Playthrough::check_state() {
-  performed.count = model_->count();
-  performed.bucket_count = model_->bucket_count();
-  expect("exception", std::string(), outcome([] { return std::string(); }));
-  if (container_) {
-    expect("Count", model_->count(), container_->count());
-    expect("Empty", model_->count() == 0, container_->empty());
-    if (class_.is_hashed()) expect("BinCount", model_->bucket_count(), container_->bin_count());
-  }
-  for (const auto* cache : {&keys_cache, &values_cache}) {
-    if (!*cache || (*cache)->handle == nullptr) continue;
-    const unsigned holders = held && held->known == *cache ? 2 : 1;
-    expect("locks of the cached array", holders, standin::lock_count((*cache)->handle));
-  }
-  expect("locks", std::string(), book_.check_changed());
-  expect("living handles",
-         live_handles_beyond_objects() + static_cast<std::ptrdiff_t>(objects_.live_handles()),
-         static_cast<std::ptrdiff_t>(host_->ledger().live_count()));
-  for (const standin::Violation& violation : host_->ledger().violations()) {
-    expect("use of handles", std::string(), violation.text());
-  }
-  for (const std::string& error : host_->destructor_errors()) {
-    expect("destructors", std::string(), error);
-  }
-}
-
-void Playthrough::note_order() {
-  performed.order.clear();
-  for (const Entry& entry : model_->order()) performed.order.push_back(shown_key(*entry.key));
-}
-
-void Playthrough::check_everything() {
-  const std::vector<Entry> entries = model_->order();
-  const Iterator last = container_->last();
-  const Iterator position = container_->first();
-  std::size_t index = 0;
-  for (; index < entries.size() && !position.is_equal(last); position.move_next(), ++index) {
-    const std::string place = " at place " + std::to_string(index);
-    const Entry& entry = entries[index];
-    expect("key" + place, shown_key(*entry.key), identified(entry.key, position.key()));
-    if (class_.is_set()) continue;
-    expect("value" + place, shown_value(*entry.value), identified(entry.value, position.value()));
-  }
-  expect("length of the iteration", entries.size(), index);
-  expect("first.isEqual(last) behind the last key", true, position.is_equal(last));
-  for (; class_.is_ordered() && index > 0; --index) {
-    position.move_prev();
-    const Object* const key = entries[index - 1].key;
-    expect("key backwards at place " + std::to_string(index - 1), shown_key(*key),
-           identified(key, position.key()));
-  }
-  expect("locks", std::string(), book_.check_all());
-}
-
-void Playthrough::end() {
-  for (int i = 0; i < slot_count; ++i) clear_slot(i);
-  held.reset();
-  drop_caches();
-  container_.reset();
-  dropped_all();
-  check_state();
-  expect("locks after the end", std::string(), book_.check_all());
 }
 
 }  // namespace model

@@ -31,7 +31,7 @@ class Instance {
   template <class Result, class... Arguments>
   Result call(std::string_view declaration_template, Arguments... arguments) const {
     using Routine = Result (*)(REALobject, Arguments...);
-    return reinterpret_cast<Routine>(routine(declaration_template))(get(), arguments...);
+    return reinterpret_cast<Routine>(function(declaration_template))(get(), arguments...);
   }
 
   /// Calls the setter of an assignable declaration; the assigned value comes last.
@@ -55,8 +55,6 @@ class Instance {
     }
     std::abort();
   }
-
-  const REALmethodDefinition& method(std::string_view declaration_template) const;
 
   /// The plugin's data of this instance: its first pointer-wide word.
   void* first_word() const;
@@ -82,8 +80,10 @@ class Instance {
   standin::ObjectRef object_;
 
  private:
-  void* routine(std::string_view declaration_template) const;
+  // About to be called.
+  void* function(std::string_view declaration_template) const;
   void* setter(std::string_view declaration_template) const;
+  const REALmethodDefinition& method(std::string_view declaration_template) const;
 };
 
 class Iterator : public Instance {
