@@ -2,6 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+#include <string>
+
+#include "language/script.h"
 #include "script_runner.h"
 
 namespace {
@@ -109,6 +113,23 @@ TEST(Routines, overloads_are_chosen_by_type_an_exact_one_first) {
             "integer\ndouble\nstring\ndouble\nvariant\nvariant\nvariant\ntwo\n");
 }
 
+TEST(Routines, an_overload_without_a_default_goes_before_one_with_it) {
+  EXPECT_EQ(output_of("T 1\nT 1, 2\nT 1, 2, 3\n"
+                      "Sub T(a As Integer, Optional b As Integer = 0, Optional c As Integer = 0)\n"
+                      "  Print \"three\"\nEnd Sub\n"
+                      "Sub T(a As Integer)\n  Print \"one\"\nEnd Sub\n"
+                      "Sub T(a As Integer, Optional b As Integer = 0)\n  Print \"two\"\nEnd Sub\n"),
+            "one\ntwo\nthree\n");
+  // Types count more than defaults.
+  EXPECT_EQ(
+      output_of("T 1.5\nSub T(a As Integer)\n  Print \"integer\"\nEnd Sub\n"
+                "Sub T(a As Double, Optional b As Integer = 0)\n  Print \"double\"\nEnd Sub\n"),
+      "double\n");
+  EXPECT_THAT(error_of("T 1\nSub T(a As Integer, Optional b As Integer = 0)\nEnd Sub\n"
+                       "Sub T(a As Integer, Optional b As String = \"\")\nEnd Sub\n"),
+              HasSubstr("could be two things"));
+}
+
 TEST(Routines, a_call_that_fits_two_overloads_is_an_error) {
   EXPECT_THAT(error_of("T Nil\nSub T(d As Dictionary)\nEnd Sub\nSub T(d As Date)\nEnd Sub\n"),
               HasSubstr("could be two things"));
@@ -154,6 +175,31 @@ TEST(Calls, parentheses_may_be_left_out) {
                       "Print (\"a\") + \"b\"\nTwo -1, (2)\nTwo (1 + 1), 3\n"
                       "Sub Two(a As Integer, b As Integer)\n  Print Str(a) + Str(b)\nEnd Sub\n"),
             "0\nab\n-12\n23\n");
+}
+
+// Counts how often what was written is handed on.
+class CountingBuffer : public std::stringbuf {
+ public:
+  int flushes = 0;
+
+ private:
+  int sync() override {
+    ++flushes;
+    return 0;
+  }
+};
+
+TEST(Input, asking_for_it_first_shows_what_was_written) {
+  for (const char* question : {"Call StdIn.ReadLine", "Call StdIn.ReadAll", "Call StdIn.EOF"}) {
+    CountingBuffer buffer;
+    std::ostream out(&buffer);
+    std::istringstream in;
+    standin::Host host;
+    const std::string text = "StdOut.Write \"Name? \"\n" + std::string(question) + "\nQuit\n";
+    standin::language::run_script("test.rbs", text, {}, host, {in, out, out});
+    // Once for the question, once at the end.
+    EXPECT_EQ(buffer.flushes, 2) << question;
+  }
 }
 
 }  // namespace
