@@ -81,7 +81,8 @@ struct ContainerIterators {
     if (position == nullptr || &position->storage() != storage) return;
     const Position place = *position;
     const InUse use(*storage);
-    drop_caches<C>(instance);
+    // Unlocked when the element is gone: host code that runs then could remove it itself.
+    const TakenCaches dropped = take_caches<C>(instance);
     storage->erase(place);
   }
 
@@ -95,7 +96,7 @@ struct ContainerIterators {
     if (&from->storage() != storage || &to->storage() != storage) return;
     const Position range[] = {*from, *to};
     const InUse use(*storage);
-    drop_caches<C>(instance);
+    const TakenCaches dropped = take_caches<C>(instance);  // as above
     storage->erase(range[0], range[1]);
   }
 

@@ -35,15 +35,18 @@ struct MapCopy {
   // Entry by entry, as a program would assign them; faster where nobody could tell.
   static void copy(typename C::Storage& source, typename C::Storage& target) {
     if constexpr (C::Storage::plain_elements) {
-      target.copy_from(source);
-    } else {
-      const InUse use(target);
-      source.for_each([&](const auto& element) {
-        MapOperations<C>::assign(target, typename C::KeyProbe(C::Key::lend(element.key)),
-                                 C::Value::lend(element.value));
-        return true;
-      });
+      // Host code that ran when the former caches went may have filled the fresh storage again.
+      if (target.empty()) {
+        target.clear();  // of memory, too
+        return target.copy_from(source);
+      }
     }
+    const InUse use(target);
+    source.for_each([&](const auto& element) {
+      MapOperations<C>::assign(target, typename C::KeyProbe(C::Key::lend(element.key)),
+                               C::Value::lend(element.value));
+      return true;
+    });
   }
 };
 
