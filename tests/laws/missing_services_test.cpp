@@ -1,5 +1,7 @@
 // Hosts that lack a service without a replacement: the result is the neutral one, nothing is
 // raised on that account, and the containers go on.
+#include <set>
+
 #include "runtime/strings.h"
 #include "runtime/variants.h"
 #include "support/host_arrays.h"
@@ -154,25 +156,33 @@ TEST_P(MissingTextServices, without_string_data_and_lengths_every_text_is_empty)
 TEST_P(MissingVariantServices, a_value_that_cannot_be_read_at_all_reads_as_0) {
   using namespace standin;
   struct Type {
-    std::initializer_list<const char*> services;
+    std::set<std::string> services;  // that the host lacks
+    const char* name;
     Element (*make)(int number);
   };
   // Without "VariantHash" the keys share a bucket, so that nothing but the comparison decides.
   const std::vector<Type> types = {
       {{"VariantToInt32", "REALGetPropValueInt", "VariantHash"},
+       "Integer",
        [](int n) -> Element { return variant_from_integer(n); }},
       {{"VariantToInt64", "REALGetPropValueInt64", "VariantHash"},
+       "Int64",
        [](int n) -> Element { return variant_from_int64(n); }},
       {{"VariantToSingle", "REALGetPropValueSingle", "VariantHash"},
+       "Single",
        [](int n) -> Element { return variant_from_single(static_cast<float>(n)); }},
       {{"VariantToDouble", "REALGetPropValueDouble", "VariantHash"},
+       "Double",
        [](int n) -> Element { return variant_from_double(n); }},
-      {{"VariantToString", "REALGetPropValueString", "VariantHash"},
-       [](int n) { return support::variant_string(std::to_string(n)); }}};
+      {{"VariantToString", "REALGetPropValueString", "VariantHash"}, "String", [](int n) {
+         return support::variant_string(std::to_string(n));
+       }}};
   for (const Type& type : types) {
-    SCOPED_TRACE(*type.services.begin());
+    SCOPED_TRACE(type.name);
     EXPECT_FALSE(equal_keys(type.make(1), type.make(2)));
-    restart_without(type.services);
+    standin::HostOptions options = default_options();
+    options.without = type.services;
+    restart(options);
     EXPECT_TRUE(equal_keys(type.make(1), type.make(2)));
     restart(default_options());
   }

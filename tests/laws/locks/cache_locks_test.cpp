@@ -153,6 +153,7 @@ ZRB_LOCK_TEST(CacheLocks, clearing_and_destruction_give_the_arrays_up, member::c
 
 ZRB_LOCK_TEST(CacheLocks, a_second_construction_gives_up_the_arrays_alone, member::constructor) {
   const support::LeaksExpected former_storage;
+  start_over();
   const LockWatch watch;
   content_.container.construct();
   EXPECT_EQ(watch.changes(), arrays_given_up());
@@ -162,6 +163,7 @@ ZRB_LOCK_TEST(CacheLocks, a_second_construction_gives_up_the_arrays_alone, membe
 ZRB_LOCK_TEST(SetCacheLocks, construction_from_an_array_gives_up_the_arrays_alone,
               member::from_array) {
   const support::LeaksExpected former_storage;
+  start_over();
   const ArrayRef nothing = support::host_array(container_class().key, {});
   const LockWatch watch;
   content_.container.call<void>(member::from_array, nothing.get());
