@@ -27,19 +27,20 @@ void HashedModel::grow() {
   former.swap(buckets_);
   // Each chain is taken apart from its head and pushed at the heads of the new ones.
   for (const Chain& chain : former) {
-    for (const int key : chain) buckets_[bucket(entries_.at(key).hash)].push_front(key);
+    for (const Hashed* hashed : chain) buckets_[bucket(hashed->hash)].push_front(hashed);
   }
 }
 
 void HashedModel::insert(const Entry& entry, std::uint32_t hash) {
-  entries_[entry.key->number] = {entry, hash};
-  buckets_[bucket(hash)].push_front(entry.key->number);
+  Hashed& hashed = entries_[entry.key->number];
+  hashed = {entry, hash};
+  buckets_[bucket(hash)].push_front(&hashed);
 }
 
 void HashedModel::erase(int key) {
   const auto found = entries_.find(key);
   if (found == entries_.end()) return;
-  buckets_[bucket(found->second.hash)].remove(key);
+  buckets_[bucket(found->second.hash)].remove(&found->second);
   entries_.erase(found);
 }
 
@@ -52,7 +53,7 @@ std::vector<Entry> HashedModel::order() const {
   std::vector<Entry> result;
   result.reserve(entries_.size());
   for (const Chain& chain : buckets_) {
-    for (const int key : chain) result.push_back(entries_.at(key).entry);
+    for (const Hashed* hashed : chain) result.push_back(hashed->entry);
   }
   return result;
 }
@@ -63,16 +64,22 @@ std::optional<int> HashedModel::first() const {
 
 std::optional<int> HashedModel::first_from(std::size_t bucket) const {
   for (; bucket < buckets_.size(); ++bucket) {
-    if (!buckets_[bucket].empty()) return buckets_[bucket].front();
+    if (!buckets_[bucket].empty()) return buckets_[bucket].front()->entry.key->number;
   }
   return std::nullopt;
 }
 
 std::optional<int> HashedModel::next(int key) const {
-  const std::size_t its_bucket = bucket(entries_.at(key).hash);
+  const Hashed& hashed = entries_.at(key);
+  const std::size_t its_bucket = bucket(hashed.hash);
   const Chain& chain = buckets_[its_bucket];
-  const auto behind = std::next(std::find(chain.begin(), chain.end(), key));
-  return behind != chain.end() ? *behind : first_from(its_bucket + 1);
+  const auto behind = std::next(std::find(chain.begin(), chain.end(), &hashed));
+  if (behind == chain.end()) return first_from(its_bucket + 1);
+  return (*behind)->entry.key->number;
+}
+
+std::optional<int> HashedModel::last() const {
+  std::abort();
 }
 
 std::optional<int> HashedModel::previous(int /*key*/) const {
@@ -85,7 +92,7 @@ std::optional<int> HashedModel::lower_bound(int /*key*/) const {
 
 std::vector<const Object*> HashedModel::chain(std::uint32_t hash) const {
   std::vector<const Object*> result;
-  for (const int key : buckets_[bucket(hash)]) result.push_back(entries_.at(key).entry.key);
+  for (const Hashed* hashed : buckets_[bucket(hash)]) result.push_back(hashed->entry.key);
   return result;
 }
 

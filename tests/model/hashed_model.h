@@ -23,6 +23,7 @@ class HashedModel : public Model {
   std::vector<Entry> order() const override;
   std::optional<int> first() const override;
   std::optional<int> next(int key) const override;
+  std::optional<int> last() const override;
   std::optional<int> previous(int key) const override;
   std::optional<int> lower_bound(int key) const override;
   std::vector<const Object*> chain(std::uint32_t hash) const override;
@@ -32,7 +33,7 @@ class HashedModel : public Model {
     Entry entry;
     std::uint32_t hash;
   };
-  using Chain = std::list<int>;  // newest first
+  using Chain = std::list<const Hashed*>;  // of the entries, which do not move; newest first
 
   std::size_t bucket(std::uint32_t hash) const { return hash % buckets_.size(); }
   std::optional<int> first_from(std::size_t bucket) const;

@@ -112,12 +112,8 @@ bool move_previous(Playthrough& playthrough, const Step& step) {
   const int slot = slot_of(playthrough, step);
   if (!playthrough.slot(slot)) return false;
   const std::optional<int> from = playthrough.slot(slot)->key;
-  std::optional<int> expected;
-  if (from) {
-    expected = playthrough.model().previous(*from);
-  } else if (playthrough.model().count() > 0) {
-    expected = playthrough.model().order().back().key->number;
-  }
+  const std::optional<int> expected =
+      from ? playthrough.model().previous(*from) : playthrough.model().last();
   if (!expected) return false;
   playthrough.slot(slot)->iterator.move_prev();
   check_moved(playthrough, slot, expected);

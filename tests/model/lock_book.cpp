@@ -57,17 +57,15 @@ std::string LockBook::check_changed() {
 }
 
 std::string LockBook::check_all() {
-  for (const auto& [handle, account] : accounts_) {
-    if (std::string disorder = check(account); !disorder.empty()) return disorder;
-  }
-  return check_surplus();
-}
-
-std::string LockBook::check_surplus() const {
   std::int64_t surplus = 0;
   for (const auto& [handle, account] : accounts_) {
+    if (std::string disorder = check(account); !disorder.empty()) return disorder;
     surplus += support::locks(account.element) - account.expected;
   }
+  return check_surplus(surplus);
+}
+
+std::string LockBook::check_surplus(std::int64_t surplus) const {
   const bool is_enough =
       unknown_takes_part_ || (surplus % 2 == 0 && surplus >= 2 * least_comparisons_);
   if (is_enough && surplus <= 2 * most_comparisons_) return "";

@@ -49,7 +49,7 @@ class LockBook {
 
   Account* account(const support::Element& element);
   static std::string check(const Account& account);
-  std::string check_surplus() const;
+  std::string check_surplus(std::int64_t surplus) const;
 
   std::unordered_map<const void*, Account> accounts_;
   std::vector<Account*> changed_;

@@ -40,6 +40,7 @@ class Model {
   /// Neighbours in that order; nothing behind the last or before the first.
   virtual std::optional<int> first() const = 0;
   virtual std::optional<int> next(int key) const = 0;
+  virtual std::optional<int> last() const = 0;             // ordered containers only
   virtual std::optional<int> previous(int key) const = 0;  // ordered containers only
   /// The first key that is not less; ordered containers only.
   virtual std::optional<int> lower_bound(int key) const = 0;

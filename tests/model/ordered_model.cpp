@@ -42,6 +42,10 @@ std::optional<int> OrderedModel::next(int key) const {
   return at(entries_.upper_bound(key));
 }
 
+std::optional<int> OrderedModel::last() const {
+  return entries_.empty() ? std::nullopt : at(std::prev(entries_.end()));
+}
+
 std::optional<int> OrderedModel::previous(int key) const {
   const auto position = entries_.lower_bound(key);
   if (position == entries_.begin()) return std::nullopt;

@@ -20,6 +20,7 @@ class OrderedModel : public Model {
   std::vector<Entry> order() const override;
   std::optional<int> first() const override;
   std::optional<int> next(int key) const override;
+  std::optional<int> last() const override;
   std::optional<int> previous(int key) const override;
   std::optional<int> lower_bound(int key) const override;
   std::vector<const Object*> chain(std::uint32_t hash) const override;

@@ -118,7 +118,10 @@ class Playthrough {
   /// What every step leaves in order: the properties, no exception, the changed locks, the number
   /// of living handles.
   void check_state();
-  /// Everything: the whole order with its values, and all locks.
+  /// The first keys of the order with their values, at most so many; the last ones of an ordered
+  /// container, too. Whether the iteration ends where it should, if there are no more.
+  void check_ends(int most);
+  /// Everything: the whole order with its values, forwards and backwards, and all locks.
   void check_everything();
   /// Lets the container go, then looks at everything that should be left.
   void end();
@@ -129,6 +132,8 @@ class Playthrough {
 
  private:
   std::ptrdiff_t live_handles_beyond_objects() const;
+  void check_element(const char* what, std::size_t place, const Object& expected,
+                     const support::Element& actual);
 
   const support::ContainerClass& class_;
   ModelFactory make_model_;

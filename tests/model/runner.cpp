@@ -26,7 +26,11 @@ void run_steps(Playthrough& playthrough, const Sequence& sequence, const RunOpti
     playthrough.check_state();
     note(outcome.reach, playthrough.performed);
     const bool is_last = i + 1 == sequence.steps.size();
-    if (is_last || (i + 1) % options.steps_between_full_checks == 0) playthrough.check_everything();
+    if (is_last || (i + 1) % options.steps_between_full_checks == 0) {
+      playthrough.check_everything();
+    } else {
+      playthrough.check_ends(10);
+    }
     if (!options.keep_performed) continue;
     playthrough.note_order();
     outcome.performed.push_back(playthrough.performed);
@@ -52,6 +56,7 @@ Outcome run(const Sequence& sequence, const RunOptions& options, const ModelFact
   if (abandons_storage(sequence)) leaks_expected.emplace();
   Outcome outcome;
   Playthrough playthrough(sequence, make_model);
+  playthrough.host().set_trace(options.trace);
   try {
     run_steps(playthrough, sequence, options, outcome);
   } catch (const Disagreed& disagreed) {

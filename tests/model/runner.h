@@ -10,6 +10,7 @@
 #include "model/model.h"
 #include "model/performed.h"
 #include "model/steps.h"
+#include "runtime/trace.h"
 
 namespace model {
 
@@ -33,6 +34,8 @@ struct RunOptions {
   /// How many steps between looks at everything: the whole order and all locks.
   std::size_t steps_between_full_checks = 1;
   bool keep_performed = false;
+  /// Watches the host's calls; null for none.
+  standin::TraceObserver* trace = nullptr;
 };
 
 /// Runs it in a fresh host with a fresh copy of the plugin, up to the first disagreement.

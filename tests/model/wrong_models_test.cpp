@@ -134,6 +134,19 @@ TEST_F(WrongModels, that_grow_too_late_are_found) {
   EXPECT_EQ(report.disagreement.actual, "389");
 }
 
+TEST_F(WrongModels, are_shown_by_a_program_that_disagrees_in_the_console) {
+  for (const char* class_name : {"IntegerHashSetZRB", "IntegerToIntegerHashMapZRB"}) {
+    SCOPED_TRACE(class_name);
+    const auto report = expect_found(class_name, make_wrong<Forgetful<HashedModel>>, small, 2);
+    const model::ProgramRun run = model::run_in_console(report.program);
+    EXPECT_EQ(run.status, 0) << run.output;
+    EXPECT_GE(run.good, 1) << run.output;
+    EXPECT_GE(run.bad, 1) << run.output;
+    // The same lines as without the console.
+    EXPECT_EQ(run.output, model::run_program(report.program).output);
+  }
+}
+
 TEST_F(WrongModels, that_keep_what_should_go_are_found) {
   expect_found("StringToStringOrderedMapZRB", make_wrong<Unclean>, small, 4);
 }

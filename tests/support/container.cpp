@@ -3,8 +3,13 @@
 #include "support/container.h"
 
 #include <cstring>
+#include <functional>
+#include <map>
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
+
+#include "support/called_members.h"
 
 namespace support {
 namespace {
@@ -15,6 +20,23 @@ const REALclassDefinition* registered(const char* name) {
     throw std::runtime_error(std::string("the plugin does not register ") + name);
   }
   return info->definition();
+}
+
+/// A template filled for a class, and the row where it was found last.
+struct Declaration {
+  std::string text;
+  std::int32_t row = 0;
+};
+
+/// Kept from call to call, since sequences of a million calls are made through a few templates.
+Declaration& declaration(const ContainerClass& container_class,
+                         std::string_view declaration_template) {
+  using Filled = std::map<std::string, Declaration, std::less<>>;
+  static std::unordered_map<const ContainerClass*, Filled> all;
+  Filled& filled = all[&container_class];
+  const auto found = filled.find(declaration_template);
+  if (found != filled.end()) return found->second;
+  return filled[std::string(declaration_template)] = {fill(declaration_template, container_class)};
 }
 
 standin::ObjectRef new_instance(const char* name) {
@@ -30,12 +52,30 @@ Instance::Instance(const ContainerClass& container_class, const char* registered
       record_(registered(registered_name)),
       object_(std::move(object)) {}
 
+void* Instance::function(std::string_view declaration_template) const {
+  const REALmethodDefinition& row = method(declaration_template);
+  CalledMembers::note(*record_, row.declaration);
+  return row.function;
+}
+
+void* Instance::setter(std::string_view declaration_template) const {
+  const REALmethodDefinition& row = method(declaration_template);
+  CalledMembers::note(*record_, row.declaration, CalledMembers::assigned);
+  return row.setterFunction;
+}
+
 const REALmethodDefinition& Instance::method(std::string_view declaration_template) const {
-  const std::string declaration = fill(declaration_template, container_class());
-  for (std::int32_t i = 0; i < record_->methodCount; ++i) {
-    if (declaration == record_->methods[i].declaration) return record_->methods[i];
+  Declaration& declared = declaration(container_class(), declaration_template);
+  const auto is_at = [&](std::int32_t row) {
+    return row < record_->methodCount && declared.text == record_->methods[row].declaration;
+  };
+  if (is_at(declared.row)) return record_->methods[declared.row];
+  for (std::int32_t row = 0; row < record_->methodCount; ++row) {
+    if (!is_at(row)) continue;
+    declared.row = row;
+    return record_->methods[row];
   }
-  throw std::runtime_error(std::string(record_->name) + " does not declare " + declaration);
+  throw std::runtime_error(std::string(record_->name) + " does not declare " + declared.text);
 }
 
 void* Instance::first_word() const {
@@ -173,7 +213,9 @@ std::vector<std::string> Container::described_values() const {
 
 void* Container::getter(std::string_view name) const {
   for (std::int32_t i = 0; i < record_->propertyCount; ++i) {
-    if (name == record_->properties[i].name) return record_->properties[i].getter;
+    if (name != record_->properties[i].name) continue;
+    CalledMembers::note(*record_, record_->properties[i].name);
+    return record_->properties[i].getter;
   }
   throw std::runtime_error(std::string(record_->name) + " has no property " + std::string(name));
 }

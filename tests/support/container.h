@@ -30,14 +30,14 @@ class Instance {
   template <class Result, class... Arguments>
   Result call(std::string_view declaration_template, Arguments... arguments) const {
     using Routine = Result (*)(REALobject, Arguments...);
-    return reinterpret_cast<Routine>(method(declaration_template).function)(get(), arguments...);
+    return reinterpret_cast<Routine>(function(declaration_template))(get(), arguments...);
   }
 
   /// Calls the setter of an assignable declaration; the assigned value comes last.
   template <class... Arguments>
   void assign(std::string_view declaration_template, Arguments... arguments) const {
     using Routine = void (*)(REALobject, Arguments...);
-    reinterpret_cast<Routine>(method(declaration_template).setterFunction)(get(), arguments...);
+    reinterpret_cast<Routine>(setter(declaration_template))(get(), arguments...);
   }
 
   /// The same for a routine whose result is an element; takes over the lock of the result.
@@ -55,8 +55,6 @@ class Instance {
     std::abort();
   }
 
-  const REALmethodDefinition& method(std::string_view declaration_template) const;
-
   /// The plugin's data of this instance: its first pointer-wide word.
   void* first_word() const;
 
@@ -70,6 +68,12 @@ class Instance {
   const ContainerClass* class_;
   const REALclassDefinition* record_;
   standin::ObjectRef object_;
+
+ private:
+  // About to be called.
+  void* function(std::string_view declaration_template) const;
+  void* setter(std::string_view declaration_template) const;
+  const REALmethodDefinition& method(std::string_view declaration_template) const;
 };
 
 class Iterator : public Instance {
