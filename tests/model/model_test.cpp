@@ -68,9 +68,9 @@ class RandomSequences : public ::testing::TestWithParam<support::ContainerClass>
  private:
   Reach reach_;
 };
-class HashedSequences : public RandomSequences {};
+class GrowingTables : public RandomSequences {};
 ZRB_FOR_CLASSES(RandomSequences, support::all_classes());
-ZRB_FOR_CLASSES(HashedSequences, support::hashed_classes());
+ZRB_FOR_CLASSES(GrowingTables, support::hashed_classes());
 
 constexpr Size few_keys{.key_count = 25, .steps = 500, .largest_many = 12};
 constexpr int seeds_of_few_keys = 12;
@@ -135,7 +135,7 @@ TEST_P(RegisteredMembers, all_occur_in_the_sequences_of_few_keys) {
   EXPECT_THAT(missing(), ::testing::IsEmpty());
 }
 
-TEST_P(HashedSequences, agree_with_the_model_exactly_where_tables_grow) {
+TEST_P(GrowingTables, agree_with_the_model_before_at_and_after_each_growth_step) {
   for (const model::Scheme scheme : model::schemes_for(GetParam())) {
     SCOPED_TRACE(model::name(scheme));
     Sequence sequence{&GetParam(), scheme, 1600, 50, {}};
