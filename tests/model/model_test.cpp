@@ -2,11 +2,12 @@
 // locks.
 //
 // After every step are compared: its result, Count, Empty and BinCount, the locks of every object
-// that it should have changed and of the cached arrays, the number of living handles, and that
-// nothing is pending and no handle was used wrongly. The arrays' identity and content are compared
-// whenever a step asks for them. The whole order of iteration with all values, and the locks of all
-// objects, are compared after every step where keys are few or tables grow, and after every
-// thirtieth (and the last) where keys are many: there the other steps compare the ten first
+// that it should have changed, that the container still holds the arrays it gave and keeps (or has
+// let them go), the number of living handles, and that nothing is pending and no handle was used
+// wrongly. Whether an array is the very one given before, and what it holds, is compared when a
+// step asks for it, since asking makes one. The whole order of iteration with all values, and the
+// locks of all objects, are compared after every step where keys are few or tables grow, and after
+// every thirtieth (and the last) where keys are many: there the other steps compare the ten first
 // elements and, in ordered containers, the ten last.
 //
 // A sequence that fails is shrunk, and shown as steps and as a program in the host's language that
