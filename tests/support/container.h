@@ -56,6 +56,9 @@ class Instance {
     std::abort();
   }
 
+  /// The record of a method, by its declaration.
+  const REALmethodDefinition& method(std::string_view declaration_template) const;
+
   /// The plugin's data of this instance: its first pointer-wide word.
   void* first_word() const;
 
@@ -83,7 +86,6 @@ class Instance {
   // About to be called.
   void* function(std::string_view declaration_template) const;
   void* setter(std::string_view declaration_template) const;
-  const REALmethodDefinition& method(std::string_view declaration_template) const;
 };
 
 class Iterator : public Instance {
