@@ -2,16 +2,10 @@
 # check_readme.sh README PROGRAM EXPECTED: the README must show the program and its output as they
 # are.
 set -eu
+here=$(dirname -- "$(readlink -f -- "$0")")
 for file in "$2" "$3"; do
-  awk -v file="$file" '
-    BEGIN { while ((getline line < file) > 0) wanted[++n] = line }
-    { seen[NR] = $0 }
-    END {
-      for (start = 1; start + n - 1 <= NR; ++start) {
-        for (i = 1; i <= n && seen[start + i - 1] == wanted[i]; ++i);
-        if (i > n) exit 0
-      }
-      print "README.md does not show " file " as it is"
-      exit 1
-    }' "$1"
+  "$here/contains.sh" "$1" "$file" || {
+    echo "README.md does not show $file as it is" >&2
+    exit 1
+  }
 done
