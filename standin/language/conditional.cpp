@@ -90,7 +90,10 @@ class ConditionReader {
   }
 
   std::optional<double> constant(const Token& token) const {
-    if (token.kind == TokenKind::integer) return static_cast<double>(token.integer);
+    if (token.kind == TokenKind::integer) {
+      const auto value = static_cast<double>(token.integer);
+      return token.needs_minus ? -value : value;
+    }
     if (token.kind == TokenKind::real) return token.real;
     if (token.is_keyword("true")) return 1;
     if (token.is_keyword("false")) return 0;

@@ -14,6 +14,7 @@
 #include "language/method_candidates.h"
 #include "language/operators.h"
 #include "language/overloads.h"
+#include "language/refused.h"
 #include "language/variables.h"
 
 namespace standin::language {
@@ -51,7 +52,7 @@ Code ExpressionChecker::expression(const ExpressionSyntax& syntax) {
   } else if (const auto* call = std::get_if<CallSyntax>(&syntax.form)) {
     code = use({*call->callee, &call->arguments, position});
   } else if (const auto* unary_form = std::get_if<UnarySyntax>(&syntax.form)) {
-    code = unary(*unary_form, position);
+    code = make_unary(unary_form->operation, expression(*unary_form->operand), position);
   } else if (const auto* binary = std::get_if<BinarySyntax>(&syntax.form)) {
     Code left = expression(*binary->left);
     Code right = expression(*binary->right);
@@ -70,18 +71,6 @@ Code ExpressionChecker::expression(const ExpressionSyntax& syntax) {
   }
   require_value(*code, position);
   return code;
-}
-
-// The smallest Integer is written as a negated number that is no Integer itself.
-Code ExpressionChecker::unary(const UnarySyntax& unary, Position position) {
-  if (const auto* operand = std::get_if<LiteralSyntax>(&unary.operand->form)) {
-    const auto* wide = std::get_if<std::int64_t>(&operand->value);
-    if (unary.operation == UnaryOperator::minus && wide != nullptr && *wide == 2147483648LL) {
-      return std::make_unique<Literal>(Type::of(TypeKind::integer),
-                                       Value::of_integer(std::numeric_limits<std::int32_t>::min()));
-    }
-  }
-  return make_unary(unary.operation, expression(*unary.operand), position);
 }
 
 std::vector<Code> ExpressionChecker::arguments_of(const Callee& callee) {
@@ -141,11 +130,10 @@ void ExpressionChecker::fail_unknown(const std::string& name, Position position)
     throw SourceError(position,
                       "\"" + name + "\" can only be written as a method, as in x." + name);
   }
-  std::string hint;
-  for (const char* refused : {"CType", "IIf", "VarPtr", "GetTypeInfo", "App", "MsgBox", "Redim"}) {
-    if (same_name(name, refused)) hint = "; it is not part of the language here";
-  }
-  throw SourceError(position, "there is no variable, constant or routine \"" + name + "\"" + hint);
+  const std::string reason = routine_refusal(name);
+  throw SourceError(position, !reason.empty()
+                                  ? reason
+                                  : "there is no variable, constant or routine \"" + name + "\"");
 }
 
 Code ExpressionChecker::element_or_fail(const Symbol& symbol, const Callee& callee) {
@@ -250,12 +238,17 @@ Code ExpressionChecker::call_library(const std::string& name, std::vector<Code>&
     Candidate candidate;
     candidate.description = routine.description();
     for (const RoutineParameter& parameter : routine.parameters) {
+      if (parameter.repeated) break;
       Formal formal{parameter.type, false, parameter.optional};
       if (parameter.kind == RoutineParameter::Kind::element) formal.type = element;
       if (parameter.kind == RoutineParameter::Kind::any_array) {
         formal.type = Type::array_of(element);
       }
       candidate.formals.push_back(formal);
+    }
+    if (!routine.parameters.empty() && routine.parameters.back().repeated) {
+      const Formal more{routine.parameters.back().type, false, true};
+      candidate.formals.resize(std::max(candidate.formals.size(), arguments.size()), more);
     }
     // A method's receiver is what it is; it does not become a text or a number first.
     if (as_method && conversion_cost(*arguments.front(), candidate.formals.front().type) != 0) {

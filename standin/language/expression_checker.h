@@ -46,7 +46,6 @@ class ExpressionChecker {
     Position position;
   };
 
-  Code unary(const UnarySyntax& unary, Position position);
   Code use(const Callee& callee);
   Code use_name(const std::string& name, const Callee& callee);
   Code use_member(const MemberSyntax& member, const Callee& callee);

@@ -3,6 +3,7 @@
 #include "language/expression_parser.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 
 #include "language/refused.h"
@@ -29,6 +30,15 @@ std::optional<BinaryOperator> product_operator(const Token& token) {
   if (token.is_symbol("/")) return BinaryOperator::divide;
   if (token.is_symbol("\\")) return BinaryOperator::integer_divide;
   if (token.is_keyword("mod")) return BinaryOperator::modulo;
+  return std::nullopt;
+}
+
+// The smallest Integer and the smallest Int64 are written as negated numbers that are too large for
+// the type themselves.
+std::optional<decltype(LiteralSyntax::value)> smallest_integer(const Token& token) {
+  if (token.kind != TokenKind::integer) return std::nullopt;
+  if (token.needs_minus) return token.integer;
+  if (token.integer == 2147483648) return std::numeric_limits<std::int32_t>::min();
   return std::nullopt;
 }
 
@@ -161,6 +171,12 @@ ExpressionPointer ExpressionParser::minus() {
   if (!at_symbol("-") && !at_symbol("+")) return power();
   const Token& token = take();
   const NestingGuard guard(*this, token.position);
+  if (token.text == "-" && !peek(1).is_symbol("^")) {
+    if (const auto smallest = smallest_integer(peek())) {
+      take();
+      return make(token.position, LiteralSyntax{*smallest}, 1);
+    }
+  }
   ExpressionPointer operand = at_keyword("not") ? negation() : minus();
   if (token.text == "+") return operand;
   return unary(token.position, UnaryOperator::minus, std::move(operand));
@@ -283,6 +299,7 @@ ExpressionPointer ExpressionParser::primary() {
 ExpressionPointer ExpressionParser::literal(const Token& token) {
   LiteralSyntax form;
   if (token.kind == TokenKind::integer) {
+    if (token.needs_minus) fail(token.position, "the number is too large for an Int64");
     if (token.is_wide) {
       form.value = token.integer;
     } else {

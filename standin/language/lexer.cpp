@@ -123,6 +123,10 @@ class LineLexer {
       ++at_;
       while (is_digit(peek())) ++at_;
     }
+    // A letter behind the point would be a member.
+    if (peek() == '.' && !is_letter(peek(1))) {
+      fail(at_, "a number has digits on both sides of its point, as in 1.0");
+    }
     const bool signed_exponent = (peek(1) == '+' || peek(1) == '-') && is_digit(peek(2));
     if ((peek() == 'e' || peek() == 'E') && (is_digit(peek(1)) || signed_exponent)) {
       is_real = true;
@@ -137,9 +141,15 @@ class LineLexer {
       if (error != std::errc()) fail(start_, "the number is too large for a Double");
     } else {
       Token& token = add(TokenKind::integer);
-      const auto [end, error] = std::from_chars(first, last, token.integer);
-      if (error != std::errc()) fail(start_, "the number is too large for an Int64");
-      token.is_wide = token.integer > std::numeric_limits<std::int32_t>::max();
+      std::uint64_t value = 0;
+      const auto [end, error] = std::from_chars(first, last, value);
+      constexpr std::uint64_t beyond = std::uint64_t{1} << 63U;
+      if (error != std::errc() || value > beyond) {
+        fail(start_, "the number is too large for an Int64");
+      }
+      token.needs_minus = value == beyond;
+      token.integer = static_cast<std::int64_t>(value);
+      token.is_wide = token.needs_minus || token.integer > std::numeric_limits<std::int32_t>::max();
     }
   }
 
@@ -167,9 +177,16 @@ class LineLexer {
     const char prefix = static_cast<char>(std::tolower(static_cast<unsigned char>(peek(1))));
     const int base = prefix == 'b' ? 2 : prefix == 'o' ? 8 : 16;
     const bool known = std::string_view("hbocu").find(prefix) != std::string_view::npos;
-    if (peek(1) == '\0' || !known || digit_value(peek(2)) >= base) {
+    if (peek(1) == '\0' || !known) {
       fail(start_,
            "the operator & is not part of the language here: + joins strings, And is bitwise");
+    }
+    if (digit_value(peek(2)) >= base) {
+      fail(start_, std::string("\"&") + prefix + "\" needs a digit behind it, " +
+                       (base == 2   ? "0 or 1"
+                        : base == 8 ? "0 to 7"
+                                    : "0 to 9 or A to F") +
+                       "; to join strings, write +");
     }
     at_ += 2;
     const std::size_t digits_start = at_;

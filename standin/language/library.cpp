@@ -31,6 +31,10 @@ RoutineParameter parameter(std::string_view text) {
     parameter.optional = true;
     text = text.substr(1, text.size() - 2);
   }
+  if (text.ends_with("...")) {
+    parameter.repeated = true;
+    text.remove_suffix(3);
+  }
   if (text == "Array") {
     parameter.kind = RoutineParameter::Kind::any_array;
   } else if (text == "Element") {
@@ -92,6 +96,7 @@ std::string Routine::description() const {
                        : parameter.kind == RoutineParameter::Kind::element
                            ? "Element"
                            : standin::name(parameter.type);
+    if (parameter.repeated) part += "...";
     if (parameter.optional) part = "[" + part + "]";
     text += (text.empty() ? "" : ", ") + part;
   }

@@ -47,6 +47,7 @@ struct RoutineParameter {
   Kind kind = Kind::typed;
   Type type;
   bool optional = false;
+  bool repeated = false;  // the last one: any number of them
 };
 
 struct Routine {
@@ -62,8 +63,8 @@ struct Routine {
   std::string description() const;
 };
 
-// A row of the tables below: parameters as "Array, Element, Integer, [Integer]", the result as a
-// type's name, "Date", "Element", or "".
+// A row of the tables below: parameters as "Array, Element, Integer, [Integer], Double...", the
+// result as a type's name, "Date", "Element", or "".
 struct RoutineRow {
   const char* name;
   RoutineForm form;

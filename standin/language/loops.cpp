@@ -20,24 +20,37 @@ bool goes_on(Frame& frame, int loop, Flow& flow) {
 
 struct IntegerCounter {
   using Number = std::int32_t;
+  static constexpr Number one = 1;
   static Number evaluate(const Expression& code, Frame& frame) { return code.integer(frame); }
   static Number read(const Value& value) { return value.as_integer(); }
   static Value wrap(Number number) { return Value::of_integer(number); }
 };
 struct Int64Counter {
   using Number = std::int64_t;
+  static constexpr Number one = 1;
   static Number evaluate(const Expression& code, Frame& frame) { return code.int64(frame); }
   static Number read(const Value& value) { return value.as_int64(); }
   static Value wrap(Number number) { return Value::of_int64(number); }
 };
+struct CurrencyCounter {
+  using Number = std::int64_t;
+  static constexpr Number one = 10000;
+  static Number evaluate(const Expression& code, Frame& frame) {
+    return code.value(frame).as_currency();
+  }
+  static Number read(const Value& value) { return value.as_currency(); }
+  static Value wrap(Number number) { return Value::of_currency(number); }
+};
 struct DoubleCounter {
   using Number = double;
+  static constexpr Number one = 1;
   static Number evaluate(const Expression& code, Frame& frame) { return code.real(frame); }
   static Number read(const Value& value) { return value.as_double(); }
   static Value wrap(Number number) { return Value::of_double(number); }
 };
 struct SingleCounter {
   using Number = float;
+  static constexpr Number one = 1;
   static Number evaluate(const Expression& code, Frame& frame) {
     return code.value(frame).as_single();
   }
@@ -67,7 +80,7 @@ class For final : public Statement {
     Value& counter = *variable_->place(frame);
     const Number first = Counter::evaluate(*first_, frame);
     counter = Counter::wrap(first);
-    const Number step = step_ ? Counter::evaluate(*step_, frame) : Number{1};
+    const Number step = step_ ? Counter::evaluate(*step_, frame) : Counter::one;
     const bool falling = downwards_ || step < Number{0};
     while (true) {
       frame.position = position();
@@ -188,6 +201,8 @@ StatementCode make_for(int loop, Code variable, Code first, Code last, Code step
       return make(IntegerCounter());
     case TypeKind::int64:
       return make(Int64Counter());
+    case TypeKind::currency:
+      return make(CurrencyCounter());
     case TypeKind::single:
       return make(SingleCounter());
     default:

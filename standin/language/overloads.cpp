@@ -88,11 +88,15 @@ std::size_t choose_overload(const std::string& what, const std::vector<Candidate
   std::uint64_t rival_cost = impossible;
   for (std::size_t i = 0; i < candidates.size(); ++i) {
     const std::uint64_t cost = cost_of(candidates[i], arguments);
-    if (cost < best_cost) {
+    // Of two that fit alike, the one that leaves fewer parameters to their defaults.
+    const bool same_cost = cost == best_cost && cost != impossible;
+    const std::size_t length = candidates[i].formals.size();
+    const std::size_t best_length = candidates[best].formals.size();
+    if (cost < best_cost || (same_cost && length < best_length)) {
       best = i;
       best_cost = cost;
       rival_cost = impossible;
-    } else if (cost == best_cost) {
+    } else if (same_cost && length == best_length) {
       rival = i;
       rival_cost = cost;
     }

@@ -22,8 +22,9 @@ struct Candidate {
   std::string description;  // as declared
 };
 
-// The candidate whose parameters fit best by their types. Throws SourceError when none fits, or
-// when two fit equally well. `what` names the routine in messages.
+// The candidate whose parameters fit best by their types; of several, the one that leaves the
+// fewest to their defaults. Throws SourceError when none fits, or when two fit equally well. `what`
+// names the routine in messages.
 std::size_t choose_overload(const std::string& what, const std::vector<Candidate>& candidates,
                             const std::vector<Code>& arguments, Position position);
 

@@ -56,15 +56,52 @@ constexpr auto refused_words = std::to_array<Refused>({
     {"with", "write the object's name before each member"},
 });
 
+// As they are usually written.
+constexpr auto refused_routines = std::to_array<Refused>({
+    {"App", "a program's body belongs to no object"},
+    {"Beep", "a console program makes no sound"},
+    {"CType", "assign to a variable of the type instead"},
+    {"GetTypeInfo", "IsA tells whether an object is of a class"},
+    {"IIf", "use If"},
+    {"MsgBox", "Print shows a text"},
+    {"VarPtr", "there are no pointers"},
+});
+
+std::string not_part(std::string_view word, std::string_view reason) {
+  return "\"" + std::string(word) + "\" is not part of the language here: " + std::string(reason);
+}
+
 }  // namespace
 
 std::string refusal(const Token& word) {
   if (word.kind != TokenKind::keyword) return {};
   for (const Refused& row : refused_words) {
     if (row.word != word.text) continue;
-    std::string name(row.word);
-    name.front() = static_cast<char>(name.front() - 'a' + 'A');
-    return "\"" + name + "\" is not part of the language here: " + std::string(row.reason);
+    return not_part(spelled(row.word), row.reason);
+  }
+  return {};
+}
+
+std::string statement_refusal(const Token& word, const Token& following) {
+  if (word.is_keyword("end") && following.ends_statement()) {
+    return not_part("End", "Quit ends the program; the end of a block names it, as in \"End If\"");
+  }
+  if (word.kind != TokenKind::name) return {};
+  const std::string text = lower_name(word.text);
+  if (text == "on" && following.kind == TokenKind::name && same_name(following.text, "Error")) {
+    return not_part("On Error", "use Try and Catch");
+  }
+  for (const std::string_view block : {"If", "Select", "Try", "Sub", "Function"}) {
+    if (text == "end" + lower_name(block)) {
+      return not_part("End" + std::string(block), "write \"End " + std::string(block) + "\"");
+    }
+  }
+  return {};
+}
+
+std::string routine_refusal(std::string_view name) {
+  for (const Refused& row : refused_routines) {
+    if (same_name(row.word, name)) return not_part(row.word, row.reason);
   }
   return {};
 }

@@ -148,17 +148,16 @@ void StatementChecker::statement(const StatementSyntax& syntax, Block& block) {
 }
 
 void StatementChecker::dim(const DimSyntax& syntax, Position position, Block& block) {
-  for (const DimSyntax::Variable& variable : syntax.variables) {
-    try {
-      declare(syntax, variable, position, block);
-    } catch (const SourceError& error) {
-      report(error);
+  for (const DimSyntax::Group& group : syntax.groups) {
+    for (const DimSyntax::Variable& variable : group.variables) {
+      try {
+        declare(group, variable, syntax.is_static, position, block);
+        continue;
+      } catch (const SourceError& error) {
+        report(error);
+      } catch (const AlreadyReported&) {
+      }
       // What uses the variable is not to blame.
-      Symbol broken;
-      broken.kind = Symbol::Kind::broken;
-      broken.name = variable.name;
-      if (scope_.find(variable.name) == nullptr) scope_.declare(std::move(broken), position);
-    } catch (const AlreadyReported&) {
       Symbol broken;
       broken.kind = Symbol::Kind::broken;
       broken.name = variable.name;
@@ -167,8 +166,8 @@ void StatementChecker::dim(const DimSyntax& syntax, Position position, Block& bl
   }
 }
 
-void StatementChecker::declare(const DimSyntax& syntax, const DimSyntax::Variable& variable,
-                               Position position, Block& block) {
+void StatementChecker::declare(const DimSyntax::Group& syntax, const DimSyntax::Variable& variable,
+                               bool is_static, Position position, Block& block) {
   if (syntax.type.is_array) {
     throw SourceError(syntax.type.position,
                       "an array is declared as " + variable.name + "() As " + syntax.type.name);
@@ -180,7 +179,7 @@ void StatementChecker::declare(const DimSyntax& syntax, const DimSyntax::Variabl
   Symbol symbol;
   symbol.name = variable.name;
   symbol.type = type;
-  if (syntax.is_static) {
+  if (is_static) {
     symbol.kind = Symbol::Kind::static_;
     symbol.index = program_.static_count++;
     const std::size_t index = symbol.index;
@@ -192,8 +191,9 @@ void StatementChecker::declare(const DimSyntax& syntax, const DimSyntax::Variabl
   }
 }
 
-Code StatementChecker::initial_value(const DimSyntax& syntax, const DimSyntax::Variable& variable,
-                                     const Type& type, Position position) {
+Code StatementChecker::initial_value(const DimSyntax::Group& syntax,
+                                     const DimSyntax::Variable& variable, const Type& type,
+                                     Position position) {
   if (syntax.is_new) {
     if (variable.is_array) {
       throw SourceError(position, "an array is declared without New");
@@ -293,9 +293,10 @@ StatementCode StatementChecker::for_(const ForSyntax& syntax, Position position)
   }
   Code variable = expressions_.variable(syntax.variable, syntax.variable_position);
   const Type type = variable->type();
-  if (!type.is_number() || type.kind == TypeKind::currency) {
-    throw SourceError(syntax.variable_position,
-                      "a loop counts with an Integer, Int64, Single or Double, not " + name(type));
+  if (!type.is_number()) {
+    throw SourceError(
+        syntax.variable_position,
+        "a loop counts with an Integer, Int64, Single, Double or Currency, not " + name(type));
   }
   first = convert(std::move(first), type, syntax.first->position);
   Code last = expressions_.expression(*syntax.last, type);

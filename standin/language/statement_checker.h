@@ -43,10 +43,10 @@ class StatementChecker {
 
   void statement(const StatementSyntax& syntax, Block& block);
   void dim(const DimSyntax& syntax, Position position, Block& block);
-  void declare(const DimSyntax& syntax, const DimSyntax::Variable& variable, Position position,
-               Block& block);
-  Code initial_value(const DimSyntax& syntax, const DimSyntax::Variable& variable, const Type& type,
-                     Position position);
+  void declare(const DimSyntax::Group& syntax, const DimSyntax::Variable& variable, bool is_static,
+               Position position, Block& block);
+  Code initial_value(const DimSyntax::Group& syntax, const DimSyntax::Variable& variable,
+                     const Type& type, Position position);
   Code upper_bound(const DimSyntax::Variable& variable);
   void constant(const ConstSyntax& syntax, Position position);
   void redim(const ReDimSyntax& syntax, Position position, Block& block);

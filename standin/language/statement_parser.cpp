@@ -3,8 +3,6 @@
 
 #include <algorithm>
 
-#include "language/lexer.h"
-#include "language/parser.h"
 #include "language/refused.h"
 #include "runtime/types.h"
 
@@ -12,6 +10,14 @@ namespace standin::language {
 namespace {
 
 constexpr int deepest_blocks = 100;
+
+// What ends the block that a statement begins with this keyword.
+std::string closing(const std::string& opening) {
+  if (opening == "for") return "Next";
+  if (opening == "while") return "Wend";
+  if (opening == "do") return "Loop";
+  return "End " + spelled(opening);
+}
 
 }  // namespace
 
@@ -30,7 +36,9 @@ void StatementParser::end_of_statement() {
 
 void StatementParser::end_with(std::string_view keyword, const Token& opening) {
   if (!at_keyword("end") || !peek(1).is_keyword(keyword)) {
-    fail(opening.position, "\"" + opening.text + "\" has no \"End " + std::string(keyword) + "\"");
+    if (at_keyword("end") && peek(1).ends_statement()) fail_at_stray_keyword(peek());
+    fail(opening.position,
+         "\"" + spelled(opening.text) + "\" has no \"End " + spelled(keyword) + "\"");
   }
   take();
   take();
@@ -46,24 +54,14 @@ BlockSyntax StatementParser::block(const Token& opening,
   const auto terminates = [&](std::string_view word) { return at_keyword(word); };
   while (std::none_of(terminators.begin(), terminators.end(), terminates)) {
     if (peek().kind == TokenKind::end_of_file) {
-      fail(opening.position, "\"" + opening.text + "\" is not closed before the program ends");
+      fail(opening.position, "\"" + spelled(opening.text) +
+                                 "\" is not closed before the program ends: \"" +
+                                 closing(opening.text) + "\" is missing");
     }
     statements.push_back(statement());
   }
   --block_depth_;
   return statements;
-}
-
-ProgramSyntax StatementParser::program() {
-  ProgramSyntax program;
-  while (peek().kind != TokenKind::end_of_file) {
-    if (at_keyword("sub") || at_keyword("function")) {
-      program.functions.push_back(function());
-    } else {
-      program.body.push_back(statement());
-    }
-  }
-  return program;
 }
 
 StatementSyntax StatementParser::statement() {
@@ -76,6 +74,8 @@ StatementSyntax StatementParser::simple_statement() {
   const Token& token = peek();
   const Position position = token.position;
   if (token.kind == TokenKind::name) {
+    const std::string reason = statement_refusal(token, peek(1));
+    if (!reason.empty()) fail(position, reason);
     std::size_t last_arguments = 0;
     ExpressionPointer target = chain(last_arguments);
     if (take_symbol("=")) {
@@ -135,14 +135,17 @@ void StatementParser::fail_at_stray_keyword(const Token& token) const {
     fail(token.position, "a Sub or Function can be defined only outside of blocks and routines");
   }
   if (token.text == "end") {
+    const std::string alone = statement_refusal(token, peek(1));
+    if (!alone.empty()) fail(token.position, alone);
     const bool has_word = peek(1).kind == TokenKind::keyword;
-    fail(token.position, has_word ? "\"End " + peek(1).text + "\" without its beginning"
+    fail(token.position, has_word ? "\"End " + spelled(peek(1).text) + "\" without its beginning"
                                   : "\"End\" needs the word of the block that it closes");
   }
   for (const std::string_view closing :
        {"next", "wend", "loop", "else", "elseif", "case", "catch", "finally"}) {
     if (token.text == closing) {
-      fail(token.position, "\"" + token.text + "\" without the statement that it belongs to");
+      fail(token.position,
+           "\"" + spelled(token.text) + "\" without the statement that it belongs to");
     }
   }
   fail_expecting("a statement");
@@ -151,6 +154,14 @@ void StatementParser::fail_at_stray_keyword(const Token& token) const {
 DimSyntax StatementParser::dim() {
   DimSyntax form;
   form.is_static = take().text == "static";
+  do {
+    form.groups.push_back(dim_group());
+  } while (take_symbol(","));
+  return form;
+}
+
+DimSyntax::Group StatementParser::dim_group() {
+  DimSyntax::Group form;
   do {
     DimSyntax::Variable variable;
     variable.position = peek().position;
@@ -226,6 +237,9 @@ IfSyntax StatementParser::if_() {
     form.branches.push_back(std::move(branch));
   }
   if (take_keyword("else")) {
+    if (at_keyword("if")) {
+      fail(peek().position, "\"Else If\" is not part of the language here: write \"ElseIf\"");
+    }
     end_of_statement();
     form.otherwise = block(opening, {"end"});
   }
@@ -240,7 +254,7 @@ void StatementParser::one_line_if(IfSyntax& form) {
     const Token& token = peek();
     for (const std::string_view refused : {"for", "while", "do", "select", "try", "dim", "const"}) {
       if (token.is_keyword(refused)) {
-        fail(token.position, "\"" + token.text + "\" cannot stand in an If of one line");
+        fail(token.position, "\"" + spelled(token.text) + "\" cannot stand in an If of one line");
       }
     }
     BlockSyntax body;
@@ -416,91 +430,6 @@ LeaveTarget StatementParser::leave_target(bool routines_allowed) {
                                     : "\"For\", \"While\", \"Do\" or nothing");
   }
   return LeaveTarget::innermost;
-}
-
-ParameterSyntax StatementParser::parameter() {
-  ParameterSyntax parameter;
-  bool optional = false;
-  while (true) {
-    if (take_keyword("byref")) {
-      parameter.by_ref = true;
-    } else if (take_keyword("optional")) {
-      optional = true;
-    } else if (take_keyword("assigns")) {
-      parameter.assigns = true;
-    } else if (!take_keyword("byval")) {
-      break;
-    }
-  }
-  parameter.position = peek().position;
-  parameter.name = require_name("a parameter");
-  bool is_array = false;
-  if (take_symbol("(")) {
-    require_symbol(")");
-    is_array = true;
-  }
-  require_keyword("as", "As");
-  parameter.type = type(!is_array);
-  parameter.type.is_array = parameter.type.is_array || is_array;
-  if (take_symbol("=")) {
-    if (!optional) {
-      fail(parameter.position, "a parameter with a default value must be marked Optional");
-    }
-    parameter.default_value = expression();
-  } else if (optional) {
-    fail(parameter.position, "an Optional parameter needs a default value");
-  }
-  if (optional && (parameter.by_ref || parameter.assigns || parameter.type.is_array)) {
-    fail(parameter.position, "an Optional parameter can be neither ByRef, Assigns nor an array");
-  }
-  return parameter;
-}
-
-FunctionSyntax StatementParser::function() {
-  const Token& opening = take();
-  const bool has_result = opening.text == "function";
-  FunctionSyntax function;
-  function.position = peek().position;
-  function.name = require_name(has_result ? "a Function" : "a Sub");
-  if (take_symbol("(") && !take_symbol(")")) {
-    do {
-      if (!function.parameters.empty() && function.parameters.back().assigns) {
-        fail(peek().position, "the parameter marked Assigns must be the last one");
-      }
-      function.parameters.push_back(parameter());
-      const std::size_t count = function.parameters.size();
-      if (count > 1 && function.parameters[count - 2].default_value &&
-          !function.parameters.back().default_value && !function.parameters.back().assigns) {
-        fail(function.parameters.back().position,
-             "a parameter after an Optional one must be Optional too");
-      }
-    } while (take_symbol(","));
-    require_symbol(")");
-  }
-  if (has_result) {
-    require_keyword("as", "As");
-    function.result = type();
-  } else if (at_keyword("as")) {
-    fail(peek().position, "a Sub has no result: write Function");
-  }
-  end_of_statement();
-  function.body = block(opening, {"end"});
-  end_with(has_result ? "function" : "sub", opening);
-  end_of_statement();
-  return function;
-}
-
-ProgramSyntax parse_program(const std::vector<Token>& tokens) {
-  return StatementParser(tokens).program();
-}
-
-ExpressionPointer parse_expression(std::string_view text) {
-  std::vector<Token> tokens = tokenize_line(text, 0);
-  tokens.emplace_back();
-  ExpressionParser parser(tokens);
-  ExpressionPointer expression = parser.expression();
-  if (parser.peek().kind != TokenKind::end_of_file) parser.fail_expecting("nothing more");
-  return expression;
 }
 
 }  // namespace standin::language

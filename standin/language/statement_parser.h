@@ -27,6 +27,7 @@ class StatementParser : public ExpressionParser {
   StatementSyntax statement();
   StatementSyntax simple_statement();
   DimSyntax dim();
+  DimSyntax::Group dim_group();
   ConstSyntax constant();
   ReDimSyntax redim();
   IfSyntax if_();

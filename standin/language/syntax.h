@@ -92,12 +92,16 @@ struct DimSyntax {
     bool is_array = false;
     ExpressionPointer upper_bound;  // null: an empty array
   };
+  // Names that share a type and a first value: `a, b As Integer = 1`.
+  struct Group {
+    std::vector<Variable> variables;
+    TypeSyntax type;
+    bool is_new = false;
+    std::vector<ExpressionPointer> arguments;  // of the constructor
+    ExpressionPointer initial;                 // or null
+  };
   bool is_static = false;
-  std::vector<Variable> variables;
-  TypeSyntax type;
-  bool is_new = false;
-  std::vector<ExpressionPointer> arguments;  // of the constructor
-  ExpressionPointer initial;                 // or null
+  std::vector<Group> groups;
 };
 struct ConstSyntax {
   std::string name;

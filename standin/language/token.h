@@ -29,6 +29,7 @@ struct Token {
   std::int64_t integer = 0;
   double real = 0;
   bool is_wide = false;      // an integer literal that needs 64 bits
+  bool needs_minus = false;  // 2^63, in `integer` as -2^63: an Int64 only behind a minus
   bool after_blank = false;  // a blank or the line's start stands before it
 
   bool is_keyword(std::string_view word) const {
@@ -47,7 +48,9 @@ std::string describe(const Token& token);
 
 // Words that cannot be names of variables and routines. The language reserves more than the
 // statements known here, so that a program stays one that the real host accepts.
-bool is_keyword(std::string_view lower_case_word);
+bool is_keyword(std::string_view word);  // in any case
+// A keyword as it is usually written, for messages: "ElseIf".
+std::string spelled(std::string_view keyword);
 
 }  // namespace standin::language
 

@@ -42,7 +42,7 @@ std::string TokenReader::require_name(std::string_view what) {
   if (peek().kind == TokenKind::keyword) {
     const std::string reason = refusal(peek());
     fail(peek().position, !reason.empty() ? reason
-                                          : "the word \"" + peek().text +
+                                          : "the word \"" + spelled(peek().text) +
                                                 "\" is reserved and cannot be the name of " +
                                                 std::string(what));
   }

@@ -61,6 +61,13 @@ TEST(For, counts_with_doubles_and_int64) {
   EXPECT_THAT(error_of("For s As String = 1 To 2\nNext"), HasSubstr("a loop counts with"));
 }
 
+TEST(For, counts_with_currency) {
+  EXPECT_EQ(output_of("Dim c As Currency\nFor c = 0.9998 To 1 Step 0.0001\n  StdOut.Write Str(c) + "
+                      "\" \"\nNext\nFor d As Currency = 3 DownTo 1\n  StdOut.Write Str(d)\nNext\n"
+                      "For d As Currency = 1 To 2\n  StdOut.Write Str(d)\nNext\n"),
+            "0.9998 0.9999 1 32112");
+}
+
 TEST(For, the_end_value_is_evaluated_in_every_pass) {
   EXPECT_EQ(output_of("Dim n As Integer = 5\nFor i As Integer = 1 To n\n  n = 3\n"
                       "  StdOut.Write Str(i)\nNext\n"),

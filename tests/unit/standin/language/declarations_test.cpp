@@ -20,6 +20,25 @@ TEST(Dim, several_names_share_a_first_value) {
   EXPECT_EQ(output_of("Dim a, b As Integer = 3\na = 4\nPrint Str(a) + Str(b)"), "43\n");
 }
 
+TEST(Dim, several_types_stand_in_one_statement) {
+  EXPECT_EQ(
+      output_of("Dim a, b As Integer = 3, s As String = \"x\", d As New Dictionary, "
+                "e(2) As Double, f() As String\n"
+                "d.Value(1) = 2\n"
+                "Print Str(a) + Str(b) + s + Str(d.Count) + Str(UBound(e)) + Str(UBound(f))\n"),
+      "33x12-1\n");
+  EXPECT_EQ(output_of("S\nS\nSub S()\n  Static n As Integer = 1, t As String\n"
+                      "  n = n + 1\n  t = t + \"a\"\n  Print Str(n) + t\nEnd Sub\n"),
+            "2a\n3aa\n");
+}
+
+TEST(Dim, every_group_of_names_needs_a_type) {
+  EXPECT_THAT(error_of("Dim a As Integer, b"), HasSubstr("\"As\" is expected here"));
+  EXPECT_THAT(error_of("Dim a As Integer, As String"), HasSubstr("the word \"As\" is reserved"));
+  EXPECT_THAT(error_of("Dim a As Integer, a As String"), HasSubstr("is declared already"));
+  EXPECT_THAT(error_of("Dim a As Foo, b As Integer = \"x\""), HasSubstr("no type \"Foo\""));
+}
+
 TEST(Dim, new_makes_an_object_for_each_name) {
   EXPECT_EQ(output_of("Dim a, b As New Dictionary\na.Value(1) = 2\n"
                       "Print Str(a.Count) + Str(b.Count)\n"
@@ -76,7 +95,7 @@ TEST(Dim, unknown_and_left_out_types_are_named) {
 }
 
 TEST(Dim, reserved_words_are_no_names) {
-  EXPECT_THAT(error_of("Dim next As Integer"), HasSubstr("\"next\" is reserved"));
+  EXPECT_THAT(error_of("Dim next As Integer"), HasSubstr("\"Next\" is reserved"));
 }
 
 TEST(Const, constants_are_computed_and_cannot_change) {
@@ -98,7 +117,24 @@ TEST(Static, a_static_variable_keeps_its_value_between_calls) {
             "1302\n");
 }
 
-TEST(Literals, the_smallest_integer_is_one) {
+TEST(Literals, the_smallest_int64_is_one) {
+  EXPECT_EQ(output_of("Const least = -9223372036854775808\nDim n As Int64 = least\n"
+                      "Print Str(n) + \" \" + Str(n - 1)\nDim v As Variant = least\n"
+                      "Print Str(v.Type) + Str(-2147483648 = -2147483648)\n"),
+            "-9223372036854775808 9223372036854775807\n3True\n");
+  EXPECT_THAT(error_of("Dim n As Int64 = 9223372036854775808"),
+              HasSubstr("too large for an Int64"));
+  EXPECT_THAT(error_of("Dim n As Int64 = -9223372036854775809"), HasSubstr("too large for an Int"));
+  EXPECT_EQ(value_of("Str(-2147483648 ^ 1)"), "-2147483648");
+}
+
+TEST(Literals, the_smallest_integer_is_an_integer_as_a_constant_too) {
+  EXPECT_EQ(output_of("Const least = -2147483648\nDim v As Variant = least\nPrint Str(v.Type)\n"
+                      "S\nSub S(Optional n As Integer = -2147483648)\n  Print Str(n)\nEnd Sub\n"),
+            "2\n-2147483648\n");
+}
+
+TEST(Literals, the_smallest_integer_integer_is_one) {
   EXPECT_EQ(output_of("Dim v As Variant = -2147483648\nPrint Str(v.Type)\n"
                       "v = 2147483648\nPrint Str(v.Type)\n"
                       "v = 1.5\nPrint Str(v.Type)\nv = &cFFFFFF\nPrint Str(v.Type)\n"),

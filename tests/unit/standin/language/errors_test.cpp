@@ -57,7 +57,7 @@ TEST(Refused, statements_are_named) {
   expect_refused("Class Foo\nEnd Class", "Class");
   expect_refused("Module Foo\nEnd Module", "Module");
   expect_refused("Interface Foo", "Interface");
-  expect_refused("GoTo x", "Goto");
+  expect_refused("GoTo x", "GoTo");
   expect_refused("Declare Sub foo Lib \"x\" ()", "Declare");
   expect_refused("Soft Declare Sub foo Lib \"x\" ()", "Soft");
   expect_refused("Private Sub S()\nEnd Sub", "Private");
@@ -65,12 +65,57 @@ TEST(Refused, statements_are_named) {
   expect_refused("Structure S", "Structure");
   expect_refused("Dim x As Integer = Self.y", "Self");
   expect_refused("Me.Foo", "Me");
-  expect_refused("Dim v As Variant = AddressOf S", "Addressof");
+  expect_refused("Dim v As Variant = AddressOf S", "AddressOf");
   expect_refused("Sub S(Extends x As String)\nEnd Sub", "Extends");
-  expect_refused("Sub S(ParamArray x As String)\nEnd Sub", "Paramarray");
-  expect_refused("AddHandler x", "Addhandler");
-  expect_refused("RaiseEvent x", "Raiseevent");
+  expect_refused("Sub S(ParamArray x As String)\nEnd Sub", "ParamArray");
+  expect_refused("AddHandler x", "AddHandler");
+  expect_refused("RaiseEvent x", "RaiseEvent");
   expect_refused("Exception e As RuntimeException", "Exception");
+}
+
+TEST(Refused, what_statements_and_routines_of_other_dialects_begin_with_is_named) {
+  const auto expect_refused = [](const std::string& program, const std::string& name,
+                                 const std::string& instead) {
+    EXPECT_THAT(error_of(program),
+                testing::AllOf(HasSubstr("\"" + name + "\" is not part of the language here"),
+                               HasSubstr(instead)));
+  };
+  expect_refused("On Error GoTo oops", "On Error", "Try and Catch");
+  expect_refused("If True Then\nEndIf", "EndIf", "\"End If\"");
+  expect_refused("Select Case 1\nCase 1\nendselect", "EndSelect", "\"End Select\"");
+  expect_refused("Sub S()\nEndSub", "EndSub", "\"End Sub\"");
+  expect_refused("End", "End", "Quit ends the program");
+  expect_refused("If True Then\n  End\nEnd If", "End", "Quit ends the program");
+  expect_refused("If True Then\nElse If False Then\nEnd If", "Else If", "\"ElseIf\"");
+  expect_refused("Beep", "Beep", "no sound");
+  expect_refused("Print IIf(True, \"a\", \"b\")", "IIf", "use If");
+  expect_refused("MsgBox \"a\"", "MsgBox", "Print");
+}
+
+TEST(Refused, a_name_like_those_is_a_name_elsewhere) {
+  EXPECT_EQ(output_of("On 1\nBeep\nDim EndIf As Integer = 2\nPrint Str(endIf)\n"
+                      "Sub On(n As Integer)\n  Print Str(n)\nEnd Sub\n"
+                      "Sub Beep()\n  Print \"beep\"\nEnd Sub\n"),
+            "1\nbeep\n2\n");
+}
+
+TEST(Report, keywords_are_spelled_as_usual_whatever_the_program_writes) {
+  EXPECT_THAT(error_of("end if"), HasSubstr("\"End If\" without its beginning"));
+  EXPECT_THAT(error_of("IF True THEN\nEND WHILE"), HasSubstr("\"If\" has no \"End If\""));
+  EXPECT_THAT(error_of("elseif True Then"), HasSubstr("\"ElseIf\" without the statement"));
+  EXPECT_THAT(error_of("for i As Integer = 1 downto"), HasSubstr("a value is expected here"));
+  EXPECT_THAT(error_of("For i As Integer = 1 elseif"), HasSubstr("not \"ElseIf\""));
+  EXPECT_THAT(error_of("Dim byref As Integer"), HasSubstr("the word \"ByRef\" is reserved"));
+}
+
+TEST(Report, an_open_block_tells_what_would_close_it) {
+  EXPECT_THAT(error_of("if True Then"), HasSubstr("\"If\" is not closed before the program ends: "
+                                                  "\"End If\" is missing"));
+  EXPECT_THAT(error_of("For i As Integer = 1 To 2"), HasSubstr("\"Next\" is missing"));
+  EXPECT_THAT(error_of("While True"), HasSubstr("\"Wend\" is missing"));
+  EXPECT_THAT(error_of("Do"), HasSubstr("\"Loop\" is missing"));
+  EXPECT_THAT(error_of("Try"), HasSubstr("\"End Try\" is missing"));
+  EXPECT_THAT(error_of("Function F() As Integer"), HasSubstr("\"End Function\" is missing"));
 }
 
 TEST(Refused, misplaced_constructs_are_named) {

@@ -92,6 +92,12 @@ TEST(Lexer, numbers_are_integers_wide_integers_and_reals) {
   EXPECT_THAT(error_of_text("12ab"), HasSubstr("cannot be followed by a letter"));
 }
 
+TEST(Lexer, a_point_without_digits_behind_it_is_explained) {
+  EXPECT_EQ(error_of_text("x = 1."),
+            "1:6 a number has digits on both sides of its point, as in 1.0");
+  EXPECT_THAT(error_of_text("Str(1.)"), HasSubstr("as in 1.0"));
+}
+
 TEST(Lexer, prefixed_numbers_of_32_bits_are_integers_with_their_sign) {
   EXPECT_EQ(tokens_of("&hFF").front().integer, 255);
   EXPECT_EQ(tokens_of("&HFFFFFFFF").front().integer, -1);
@@ -100,6 +106,13 @@ TEST(Lexer, prefixed_numbers_of_32_bits_are_integers_with_their_sign) {
   EXPECT_EQ(tokens_of("&h1FFFFFFFF").front().integer, 0x1FFFFFFFFLL);
   EXPECT_THAT(error_of_text("&hFFFFFFFFFFFFFFFFF"), HasSubstr("more than 64 bits"));
   EXPECT_THAT(error_of_text("&b102"), HasSubstr("does not belong to the base"));
+}
+
+TEST(Lexer, a_prefix_without_its_digits_is_explained) {
+  EXPECT_THAT(error_of_text("&hG"), HasSubstr("\"&h\" needs a digit behind it, 0 to 9 or A to F"));
+  EXPECT_THAT(error_of_text("&b2"), HasSubstr("\"&b\" needs a digit behind it, 0 or 1"));
+  EXPECT_THAT(error_of_text("&o"), HasSubstr("\"&o\" needs a digit behind it, 0 to 7"));
+  EXPECT_THAT(error_of_text("\"a\" &c"), HasSubstr("to join strings, write +"));
 }
 
 TEST(Lexer, colours_and_code_points) {

@@ -109,6 +109,23 @@ TEST(Routines, overloads_are_chosen_by_type_an_exact_one_first) {
             "integer\ndouble\nstring\ndouble\nvariant\nvariant\nvariant\ntwo\n");
 }
 
+TEST(Routines, an_overload_without_a_default_goes_before_one_with_it) {
+  EXPECT_EQ(output_of("T 1\nT 1, 2\nT 1, 2, 3\n"
+                      "Sub T(a As Integer, Optional b As Integer = 0, Optional c As Integer = 0)\n"
+                      "  Print \"three\"\nEnd Sub\n"
+                      "Sub T(a As Integer)\n  Print \"one\"\nEnd Sub\n"
+                      "Sub T(a As Integer, Optional b As Integer = 0)\n  Print \"two\"\nEnd Sub\n"),
+            "one\ntwo\nthree\n");
+  // Types count more than defaults.
+  EXPECT_EQ(
+      output_of("T 1.5\nSub T(a As Integer)\n  Print \"integer\"\nEnd Sub\n"
+                "Sub T(a As Double, Optional b As Integer = 0)\n  Print \"double\"\nEnd Sub\n"),
+      "double\n");
+  EXPECT_THAT(error_of("T 1\nSub T(a As Integer, Optional b As Integer = 0)\nEnd Sub\n"
+                       "Sub T(a As Integer, Optional b As String = \"\")\nEnd Sub\n"),
+              HasSubstr("could be two things"));
+}
+
 TEST(Routines, a_call_that_fits_two_overloads_is_an_error) {
   EXPECT_THAT(error_of("T Nil\nSub T(d As Dictionary)\nEnd Sub\nSub T(d As Date)\nEnd Sub\n"),
               HasSubstr("could be two things"));
