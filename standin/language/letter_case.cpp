@@ -59,22 +59,26 @@ char32_t upper_letter(char32_t letter) {
   return letter == 0x00FF ? 0x0178 : letter;
 }
 
-StringRef with_letters(REALstring text, char32_t (*replacement)(char32_t)) {
+StringRef with_letters(REALstring text, LetterReplacement replacement) {
   const std::uint32_t code = encoding(text);
+  char32_t before = 0;
   const auto readable = encodings::convert(bytes(text), code, host_encoding::utf8);
   if (readable && utf8::is_valid(readable->begin(), readable->end())) {
     std::string result;
     for (auto at = readable->begin(); at != readable->end();) {
-      utf8::append(replacement(utf8::next(at, readable->end())), std::back_inserter(result));
+      const char32_t letter = utf8::next(at, readable->end());
+      utf8::append(replacement(letter, before), std::back_inserter(result));
+      before = letter;
     }
     const auto back = encodings::convert(result, host_encoding::utf8, code);
     if (back) return make_string(*back, code);
+    before = 0;
   }
   std::string result(bytes(text));
   for (char& c : result) {
-    if (static_cast<unsigned char>(c) < 0x80) {
-      c = static_cast<char>(replacement(static_cast<unsigned char>(c)));
-    }
+    const char32_t letter = static_cast<unsigned char>(c);
+    if (letter < 0x80) c = static_cast<char>(replacement(letter, before));
+    before = letter;
   }
   return make_string(result, code);
 }

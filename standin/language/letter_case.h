@@ -10,9 +10,10 @@ namespace standin::language {
 char32_t upper_letter(char32_t letter);
 char32_t lower_letter(char32_t letter);
 
-// A text with each letter replaced, in its own encoding. Without a known encoding, only ASCII
-// letters are letters.
-StringRef with_letters(REALstring text, char32_t (*replacement)(char32_t));
+// A text with each letter replaced, in its own encoding; `before` is the character in front of it
+// in the text, 0 for the first. Without a known encoding, only ASCII letters are letters.
+using LetterReplacement = char32_t (*)(char32_t letter, char32_t before);
+StringRef with_letters(REALstring text, LetterReplacement replacement);
 
 }  // namespace standin::language
 

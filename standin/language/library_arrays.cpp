@@ -103,16 +103,44 @@ Value sort_strings(const RoutineCall& call) {
 }
 
 // NaN goes last, so that the order is one.
+template <class Number>
+bool precedes(Number a, Number b) {
+  if (std::isnan(a)) return false;
+  return std::isnan(b) || a < b;
+}
+
 Value sort_doubles(const RoutineCall& call) {
-  sort_by(call, [](const Value& a, const Value& b) {
-    if (std::isnan(a.as_double())) return false;
-    return std::isnan(b.as_double()) || a.as_double() < b.as_double();
-  });
+  sort_by(call,
+          [](const Value& a, const Value& b) { return precedes(a.as_double(), b.as_double()); });
+  return {};
+}
+
+Value sort_singles(const RoutineCall& call) {
+  sort_by(call,
+          [](const Value& a, const Value& b) { return precedes(a.as_single(), b.as_single()); });
   return {};
 }
 
 Value sort_int64s(const RoutineCall& call) {
   sort_by(call, [](const Value& a, const Value& b) { return a.as_int64() < b.as_int64(); });
+  return {};
+}
+
+Value sort_currencies(const RoutineCall& call) {
+  sort_by(call, [](const Value& a, const Value& b) { return a.as_currency() < b.as_currency(); });
+  return {};
+}
+
+// False before True.
+Value sort_booleans(const RoutineCall& call) {
+  sort_by(call, [](const Value& a, const Value& b) { return !a.as_boolean() && b.as_boolean(); });
+  return {};
+}
+
+Value sort_variants(const RoutineCall& call) {
+  sort_by(call, [](const Value& a, const Value& b) {
+    return variant_precedes(a.as_variant(), b.as_variant());
+  });
   return {};
 }
 
@@ -138,8 +166,12 @@ std::span<const RoutineRow> array_routines() {
       {"IndexOf", method, "Array, Element, [Integer]", "Integer", index_of},
       {"Sort",    method, "Integer()",                 "",        sort_integers},
       {"Sort",    method, "Int64()",                   "",        sort_int64s},
+      {"Sort",    method, "Single()",                  "",        sort_singles},
       {"Sort",    method, "Double()",                  "",        sort_doubles},
+      {"Sort",    method, "Currency()",                "",        sort_currencies},
+      {"Sort",    method, "Boolean()",                 "",        sort_booleans},
       {"Sort",    method, "String()",                  "",        sort_strings},
+      {"Sort",    method, "Variant()",                 "",        sort_variants},
       {"Shuffle", method, "Array",                     "",        shuffle},
   });
   // clang-format on

@@ -63,8 +63,10 @@ Value read_all(const RoutineCall& call) {
   return Value::of_string(make_string(all));
 }
 
+// Before it waits for more, what was written is shown.
 Value at_end(const RoutineCall& call) {
   std::istream& in = call.machine.streams().in;
+  if (in.good() && in.rdbuf()->in_avail() <= 0) call.machine.streams().out.flush();
   return Value::of_boolean(!in.good() || in.peek() == std::char_traits<char>::eof());
 }
 

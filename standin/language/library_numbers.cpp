@@ -3,11 +3,13 @@
 #include <array>
 #include <chrono>
 #include <cmath>
+#include <ratio>
 #include <string>
 
 #include "language/library.h"
 #include "language/machine.h"
 #include "language/number_format.h"
+#include "language/variant_operators.h"
 #include "runtime/strings.h"
 #include "runtime/variants.h"
 
@@ -49,8 +51,7 @@ Value str_format(const RoutineCall& call) {
 
 // The bits of a number, without leading zeros.
 template <unsigned bits_a_digit>
-Value in_base(const RoutineCall& call) {
-  auto value = static_cast<std::uint32_t>(call.integer(0));
+Value digits(std::uint64_t value) {
   std::string digits;
   do {
     digits += "0123456789ABCDEF"[value & ((1U << bits_a_digit) - 1U)];
@@ -58,6 +59,23 @@ Value in_base(const RoutineCall& call) {
   } while (value != 0);
   std::reverse(digits.begin(), digits.end());
   return text(digits);
+}
+
+template <unsigned bits_a_digit>
+Value in_base(const RoutineCall& call) {
+  return digits<bits_a_digit>(static_cast<std::uint32_t>(call.integer(0)));
+}
+template <unsigned bits_a_digit>
+Value int64_in_base(const RoutineCall& call) {
+  return digits<bits_a_digit>(static_cast<std::uint64_t>(call.arguments[0].as_int64()));
+}
+// 64 bits only of what needs them.
+template <unsigned bits_a_digit>
+Value variant_in_base(const RoutineCall& call) {
+  const std::int64_t value = to_int64(call.object(0));
+  const auto narrow = static_cast<std::int32_t>(value);
+  return digits<bits_a_digit>(narrow == value ? static_cast<std::uint32_t>(narrow)
+                                              : static_cast<std::uint64_t>(value));
 }
 
 Value abs_integer(const RoutineCall& call) {
@@ -73,24 +91,39 @@ Value abs_double(const RoutineCall& call) {
   return Value::of_double(std::fabs(call.real(0)));
 }
 
-Value min_integer(const RoutineCall& call) {
-  return Value::of_integer(std::min(call.integer(0), call.integer(1)));
+Value abs_variant(const RoutineCall& call) {
+  return Value::of_double(std::fabs(to_double(call.object(0))));
 }
-Value max_integer(const RoutineCall& call) {
-  return Value::of_integer(std::max(call.integer(0), call.integer(1)));
+
+// Which of two arguments `Min` or `Max` goes on with; NaN only if there is nothing else.
+template <bool largest>
+bool is_better(const Value& candidate, const Value& best) {
+  const auto better = [](auto x, auto y) { return largest ? x > y : x < y; };
+  switch (best.kind()) {
+    case TypeKind::integer:
+      return better(candidate.as_integer(), best.as_integer());
+    case TypeKind::int64:
+      return better(candidate.as_int64(), best.as_int64());
+    case TypeKind::currency:
+      return better(candidate.as_currency(), best.as_currency());
+    case TypeKind::variant:
+      return variant_comparison(largest ? BinaryOperator::greater : BinaryOperator::less,
+                                candidate.as_variant(), best.as_variant());
+    default:
+      return std::isnan(best.as_double()) || better(candidate.as_double(), best.as_double());
+  }
 }
-Value min_int64(const RoutineCall& call) {
-  return Value::of_int64(std::min(call.arguments[0].as_int64(), call.arguments[1].as_int64()));
+
+template <bool largest>
+Value extreme(const RoutineCall& call) {
+  const Value* best = &call.arguments[0];
+  for (const Value& candidate : call.arguments.subspan(1)) {
+    if (is_better<largest>(candidate, *best)) best = &candidate;
+  }
+  return *best;
 }
-Value max_int64(const RoutineCall& call) {
-  return Value::of_int64(std::max(call.arguments[0].as_int64(), call.arguments[1].as_int64()));
-}
-Value min_double(const RoutineCall& call) {
-  return Value::of_double(std::min(call.real(0), call.real(1)));
-}
-Value max_double(const RoutineCall& call) {
-  return Value::of_double(std::max(call.real(0), call.real(1)));
-}
+constexpr RoutineFunction min_of = extreme<false>;
+constexpr RoutineFunction max_of = extreme<true>;
 
 Value floor_of(const RoutineCall& call) {
   return Value::of_double(std::floor(call.real(0)));
@@ -110,18 +143,24 @@ Value rnd(const RoutineCall& call) {
   return Value::of_double(std::uniform_real_distribution<double>()(call.machine.random()));
 }
 
-std::chrono::microseconds since_start() {
-  static const auto start = std::chrono::steady_clock::now();
-  return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() -
-                                                               start);
-}
-
-Value microseconds(const RoutineCall&) {
-  return Value::of_double(static_cast<double>(since_start().count()));
+Value microseconds(const RoutineCall& call) {
+  const std::chrono::duration<double, std::micro> time = call.machine.running_time();
+  return Value::of_double(time.count());
 }
 // Sixtieths of a second.
-Value ticks(const RoutineCall&) {
-  return Value::of_integer(static_cast<std::int32_t>(since_start().count() * 60 / 1000000));
+Value ticks(const RoutineCall& call) {
+  using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 60>>;
+  const auto time = std::chrono::duration_cast<Ticks>(call.machine.running_time());
+  return Value::of_integer(static_cast<std::int32_t>(time.count()));
+}
+
+// Red, green and blue, each 0 to 255; what is beyond counts as the nearest.
+Value rgb(const RoutineCall& call) {
+  std::uint32_t color = 0;
+  for (std::size_t i = 0; i < 3; ++i) {
+    color = color << 8U | static_cast<std::uint32_t>(std::clamp(call.integer(i), 0, 255));
+  }
+  return Value::of_color(color);
 }
 
 }  // namespace
@@ -147,18 +186,29 @@ std::span<const RoutineRow> number_routines() {
       {"CStr",         function, "Variant",          "String",  str_variant},
       {"CStr",         function, "String",           "String",  str_string},
       {"Format",       function, "Double, String",   "String",  str_format},
-      {"Hex",          function, "Integer",          "String",  in_base<4>},
-      {"Oct",          function, "Integer",          "String",  in_base<3>},
-      {"Bin",          function, "Integer",          "String",  in_base<1>},
+      {"Hex",          function, "Integer",         "String",  in_base<4>},
+      {"Hex",          function, "Int64",           "String",  int64_in_base<4>},
+      {"Hex",          function, "Variant",         "String",  variant_in_base<4>},
+      {"Oct",          function, "Integer",         "String",  in_base<3>},
+      {"Oct",          function, "Int64",           "String",  int64_in_base<3>},
+      {"Oct",          function, "Variant",         "String",  variant_in_base<3>},
+      {"Bin",          function, "Integer",         "String",  in_base<1>},
+      {"Bin",          function, "Int64",           "String",  int64_in_base<1>},
+      {"Bin",          function, "Variant",         "String",  variant_in_base<1>},
       {"Abs",          function, "Integer",          "Integer", abs_integer},
       {"Abs",          function, "Int64",            "Int64",   abs_int64},
       {"Abs",          function, "Double",           "Double",  abs_double},
-      {"Min",          function, "Integer, Integer", "Integer", min_integer},
-      {"Min",          function, "Int64, Int64",     "Int64",   min_int64},
-      {"Min",          function, "Double, Double",   "Double",  min_double},
-      {"Max",          function, "Integer, Integer", "Integer", max_integer},
-      {"Max",          function, "Int64, Int64",     "Int64",   max_int64},
-      {"Max",          function, "Double, Double",   "Double",  max_double},
+      {"Abs",          function, "Variant",          "Double",  abs_variant},
+      {"Min",          function, "Integer, Integer, Integer...", "Integer", min_of},
+      {"Min",          function, "Int64, Int64, Int64...", "Int64", min_of},
+      {"Min",          function, "Double, Double, Double...", "Double", min_of},
+      {"Min",          function, "Currency, Currency, Currency...", "Currency", min_of},
+      {"Min",          function, "Variant, Variant, Variant...", "Variant", min_of},
+      {"Max",          function, "Integer, Integer, Integer...", "Integer", max_of},
+      {"Max",          function, "Int64, Int64, Int64...", "Int64", max_of},
+      {"Max",          function, "Double, Double, Double...", "Double", max_of},
+      {"Max",          function, "Currency, Currency, Currency...", "Currency", max_of},
+      {"Max",          function, "Variant, Variant, Variant...", "Variant", max_of},
       {"Floor",        function, "Double",           "Double",  floor_of},
       {"Ceil",         function, "Double",           "Double",  ceil_of},
       {"Round",        function, "Double",           "Double",  round_of},
@@ -166,6 +216,7 @@ std::span<const RoutineRow> number_routines() {
       {"Rnd",          function, "",                 "Double",  rnd},
       {"Microseconds", function, "",                 "Double",  microseconds},
       {"Ticks",        function, "",                 "Integer", ticks},
+      {"RGB",          function, "Integer, Integer, Integer", "Color", rgb},
   });
   // clang-format on
   return rows;

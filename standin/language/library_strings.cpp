@@ -79,6 +79,17 @@ Value instr_method_from(const RoutineCall& call) {
   return found_at(call.machine, call.string(0), call.string(2), call.integer(1));
 }
 
+// What was made in a common encoding goes back into that of the source, unless a character is
+// missing there.
+Value in_encoding_of(REALstring source, std::string_view result, std::uint32_t common) {
+  if (common != encoding(source) && encodings::is_known(common)) {
+    if (const auto back = encodings::convert(result, common, encoding(source))) {
+      return text(*back, source);
+    }
+  }
+  return Value::of_string(make_string(result, common));
+}
+
 // Both texts are in one encoding; case does not matter. Nothing replaces the empty text.
 Value replaced(REALstring source, REALstring old_part, REALstring new_part, bool all) {
   if (bytes(old_part).empty()) return Value::of_string(StringRef::share(source));
@@ -96,7 +107,7 @@ Value replaced(REALstring source, REALstring old_part, REALstring new_part, bool
     if (!all) break;
   }
   result += text.substr(at);
-  return Value::of_string(make_string(result, same.encoding()));
+  return in_encoding_of(source, result, same.encoding());
 }
 
 Value replace(const RoutineCall& call) {
@@ -137,10 +148,26 @@ Value rtrim(const RoutineCall& call) {
 }
 
 Value uppercase(const RoutineCall& call) {
-  return Value::of_string(with_letters(call.string(0), upper_letter));
+  return Value::of_string(
+      with_letters(call.string(0), [](char32_t letter, char32_t) { return upper_letter(letter); }));
 }
 Value lowercase(const RoutineCall& call) {
-  return Value::of_string(with_letters(call.string(0), lower_letter));
+  return Value::of_string(
+      with_letters(call.string(0), [](char32_t letter, char32_t) { return lower_letter(letter); }));
+}
+
+// Each word with a capital letter first and small ones behind it; a word begins where no letter,
+// digit or apostrophe stands before.
+char32_t title_letter(char32_t letter, char32_t before) {
+  const bool is_ascii_word = (before >= U'0' && before <= U'9') ||
+                             (before >= U'A' && before <= U'Z') ||
+                             (before >= U'a' && before <= U'z') || before == U'\'';
+  // Beyond ASCII, letters lie below the punctuation.
+  const bool inside = is_ascii_word || (before >= 0xC0 && before < 0x2000);
+  return inside ? lower_letter(letter) : upper_letter(letter);
+}
+Value titlecase(const RoutineCall& call) {
+  return Value::of_string(with_letters(call.string(0), title_letter));
 }
 
 // The code point of the first character; its byte where there are no characters.
@@ -188,8 +215,8 @@ Value nth_field(const RoutineCall& call) {
   const std::int32_t wanted = call.integer(2);
   if (wanted < 1 || static_cast<std::size_t>(wanted) > found.size())
     return text({}, call.string(0));
-  return Value::of_string(
-      make_string(found[static_cast<std::size_t>(wanted) - 1], same.encoding()));
+  return in_encoding_of(call.string(0), found[static_cast<std::size_t>(wanted) - 1],
+                        same.encoding());
 }
 
 Value count_fields(const RoutineCall& call) {
@@ -211,7 +238,7 @@ Value split(const RoutineCall& call) {
   const StringRef blank = make_string(" ");
   const SameEncoding same(source, call.has(1) ? call.string(1) : blank.get());
   for (const std::string_view field : fields(same.a(), same.b())) {
-    append(array.get(), Value::of_string(make_string(field, same.encoding())));
+    append(array.get(), in_encoding_of(source, field, same.encoding()));
   }
   return Value::of_array(std::move(array));
 }
@@ -315,6 +342,7 @@ std::span<const RoutineRow> string_routines() {
       {"RTrim",           both,     "String",                   "String",       rtrim},
       {"Uppercase",       both,     "String",                   "String",       uppercase},
       {"Lowercase",       both,     "String",                   "String",       lowercase},
+      {"Titlecase",       both,     "String",                   "String",       titlecase},
       {"Asc",             both,     "String",                   "Integer",      asc},
       {"Chr",             function, "Integer",                  "String",       chr},
       {"NthField",        both,     "String, String, Integer",  "String",       nth_field},

@@ -2,6 +2,7 @@
 #ifndef ZRB_STANDIN_LANGUAGE_MACHINE_H
 #define ZRB_STANDIN_LANGUAGE_MACHINE_H
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
@@ -62,6 +63,10 @@ class Machine {
   Value& static_variable(std::size_t index) { return statics_[index]; }
   CharacterIndex& characters() { return characters_; }
   std::mt19937& random() { return random_; }
+  // Since the program was started.
+  std::chrono::steady_clock::duration running_time() const {
+    return std::chrono::steady_clock::now() - start_;
+  }
   ValueStack& stack() { return stack_; }
   // The one TextEncoding object of an encoding.
   REALobject text_encoding(std::uint32_t code);
@@ -80,6 +85,7 @@ class Machine {
   ValueStack stack_;
   CharacterIndex characters_;
   std::mt19937 random_;
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
   std::map<std::uint32_t, ObjectRef> encodings_;
   std::uintptr_t stack_limit_;
 };

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstddef>
-#include <cstdio>
 #include <vector>
 
 namespace standin::language {
@@ -93,12 +93,32 @@ Pattern parse(std::string_view text) {
   return pattern;
 }
 
-// Not negative, with so many decimals.
+// One more in the last place of a number written in digits.
+void round_up(std::string& text) {
+  for (std::size_t at = text.size(); at-- > 0;) {
+    if (text[at] == '.') continue;
+    if (text[at] != '9') {
+      ++text[at];
+      return;
+    }
+    text[at] = '0';
+  }
+  text.insert(0, "1");
+}
+
+// Not negative, with so many decimals; halves are rounded up, as Round does. No double has more
+// decimals than are written out here, so that a half is told from what only looks like one.
 std::string fixed(double number, int decimals) {
-  std::array<char, 512> text{};
-  const int length =
-      std::snprintf(text.data(), text.size(), "%.*f", std::min(decimals, 100), number);
-  return {text.data(), static_cast<std::size_t>(std::clamp(length, 0, 511))};
+  constexpr int all_decimals = 1074;
+  std::array<char, 400 + all_decimals> buffer{};
+  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
+                                          std::chars_format::fixed, all_decimals);
+  const std::string_view exact(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
+  const std::size_t point = exact.find('.');
+  const auto places = static_cast<std::size_t>(std::min(decimals, 100));
+  std::string text(exact.substr(0, places == 0 ? point : point + 1 + places));
+  if (exact[point + 1 + places] >= '5') round_up(text);
+  return text;
 }
 
 std::string digits(double number, const Pattern& pattern) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "language/number_operators.h"
 #include "language/text.h"
@@ -90,6 +91,35 @@ double real_arithmetic(BinaryOperator operation, double a, double b) {
   }
 }
 
+int sorting_group(REALobject variant) {
+  switch (variant_type(variant)) {
+    case VariantType::nil:
+      return 0;
+    case VariantType::string:
+      return 2;
+    case VariantType::date:
+      return 3;
+    case VariantType::object:
+      return 4;
+    default:
+      return 1;
+  }
+}
+
+// Wide enough for every Int64, so that the order of unlike numbers is one.
+long double exact_number(REALobject variant) {
+  static_assert(std::numeric_limits<long double>::digits >= 64);
+  switch (number_type(variant)) {
+    case VariantType::integer:
+    case VariantType::int64:
+      return static_cast<long double>(to_int64(variant));
+    case VariantType::currency:
+      return static_cast<long double>(to_currency(variant)) / 10000;
+    default:
+      return to_double(variant);
+  }
+}
+
 bool in_int32(VariantType type) {
   return type == VariantType::integer;
 }
@@ -159,6 +189,16 @@ bool variant_comparison(BinaryOperator operation, REALobject a, REALobject b) {
   // NaN is unequal to everything and has no order.
   if (std::isnan(x) || std::isnan(y)) return operation == BinaryOperator::unequal;
   return holds(operation, x == y ? 0 : x < y ? -1 : 1);
+}
+
+bool variant_precedes(REALobject a, REALobject b) {
+  const int group = sorting_group(a);
+  if (group != sorting_group(b)) return group < sorting_group(b);
+  if (is_string(a)) return compare(to_string(a).get(), to_string(b).get()) < 0;
+  if (a == nullptr || is_object(a)) return false;
+  const long double x = exact_number(a);
+  const long double y = exact_number(b);
+  return !std::isnan(x) && (std::isnan(y) || x < y);
 }
 
 ObjectRef variant_logic(BinaryOperator operation, REALobject a, REALobject b) {

@@ -16,6 +16,10 @@ ObjectRef variant_arithmetic(BinaryOperator operation, REALobject a, REALobject 
 // numbers; objects can only be equal or not; Nil equals only Nil.
 bool variant_comparison(BinaryOperator operation, REALobject a, REALobject b);
 
+// An order of all Variants, for sorting: Nil, numbers by value with NaN behind the others, strings
+// without regard to case, Dates by time, and then other objects, among which there is no order.
+bool variant_precedes(REALobject a, REALobject b);
+
 // `And Or Xor Not`: logical on two Booleans, bitwise on anything else.
 ObjectRef variant_logic(BinaryOperator operation, REALobject a, REALobject b);
 ObjectRef variant_not(REALobject a);

@@ -99,7 +99,39 @@ TEST(Arrays, sorting_orders_numbers_and_texts_without_case) {
                       "Print Join(s, \"\")\n"
                       "Dim d() As Double = Array(2.5, -1.0)\nd.Sort\nPrint Str(d(0))\n"),
             "-123\nabBC\n-1\n");
-  EXPECT_THAT(error_of("Dim v() As Variant\nv.Sort"), HasSubstr("has no member \"Sort\""));
+  EXPECT_THAT(error_of("Dim o() As Object\no.Sort"), HasSubstr("has no member \"Sort\""));
+}
+
+TEST(Arrays, sorting_orders_every_type_that_has_an_order) {
+  EXPECT_EQ(output_of("Dim s() As Single = Array(2.5, -1.0, 0.5)\ns.Sort\n"
+                      "Print Str(s(0)) + Str(s(1)) + Str(s(2))\n"
+                      "Dim c() As Currency = Array(0.0002, -5.5, 0.0001)\nc.Sort\n"
+                      "Print Str(c(0)) + \" \" + Str(c(1)) + \" \" + Str(c(2))\n"
+                      "Dim b() As Boolean = Array(True, False, True, False)\nb.Sort\n"
+                      "Print Str(b(0)) + Str(b(1)) + Str(b(2)) + Str(b(3))\n"
+                      "Dim e() As Single\ne.Sort\nPrint Str(UBound(e))\n"),
+            "-10.52.5\n-5.5 0.0001 0.0002\nFalseFalseTrueTrue\n-1\n");
+}
+
+TEST(Arrays, sorting_variants_orders_by_kind_and_then_by_value) {
+  EXPECT_EQ(
+      output_of("Dim big As Int64 = 9007199254740993\nDim d As New Dictionary\n"
+                "Dim later As New Date(2012, 1, 2)\nDim sooner As New Date(2012, 1, 1)\n"
+                "Dim v() As Variant = Array(\"b\", big, 9007199254740992.0, later, d, 2, Nil, "
+                "\"A\", sooner, 1.5)\nv.Sort\n"
+                "For i As Integer = 0 To 8\n  StdOut.Write v(i).StringValue + \"|\"\nNext\n"
+                "Print Str(v(9) = d)\n"),
+      "|1.5|2|9.00719925474099e+15|9007199254740993|A|b|2012-01-01 00:00:00|"
+      "2012-01-02 00:00:00|True\n");
+}
+
+TEST(Arrays, sorting_puts_what_is_no_number_behind_the_numbers) {
+  EXPECT_EQ(
+      output_of("Dim none As Double = Val(\"0\") / 0\n"
+                "Dim v() As Variant = Array(none, 3, none, 1)\nv.Sort\n"
+                "Dim s() As Single = Array(none, 3, none, 1)\ns.Sort\n"
+                "Print Str(v(0).IntegerValue) + Str(v(1).IntegerValue) + Str(s(0)) + Str(s(1))\n"),
+      "1313\n");
 }
 
 TEST(Arrays, shuffling_keeps_the_elements) {

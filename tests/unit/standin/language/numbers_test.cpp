@@ -26,6 +26,46 @@ TEST(Numbers, other_bases_show_the_bits) {
       "FF FFFFFFFF 10 101 0");
 }
 
+TEST(Numbers, other_bases_show_all_bits_of_an_int64) {
+  EXPECT_EQ(output_of("Dim n As Int64 = 4294967296\nDim m As Int64 = -1\nDim v As Variant = n\n"
+                      "Print Hex(n) + \" \" + Oct(n) + \" \" + Bin(n)\n"
+                      "Print Hex(m) + \" \" + Hex(v)\nv = -1\nPrint Hex(v)\n"),
+            "100000000 40000000000 100000000000000000000000000000000\n"
+            "FFFFFFFFFFFFFFFF 100000000\nFFFFFFFF\n");
+}
+
+TEST(Numbers, the_least_and_the_greatest_of_several) {
+  EXPECT_EQ(value_of("Str(Min(3, 1, 2)) + Str(Max(3, 1, 2)) + Str(Max(1, 2.5, 2)) + "
+                     "Str(Min(5, 4, 3, 2, 1, 0, -1))"),
+            "132.5-1");
+  EXPECT_THAT(error_of("Print Str(Min(1))"), HasSubstr("no form of Min takes (Integer)"));
+}
+
+TEST(Numbers, the_least_and_the_greatest_keep_their_type) {
+  EXPECT_EQ(output_of("Dim a, b As Currency\na = 12345678.0001\nb = a + 0.0001\n"
+                      "Dim v As Variant = Max(a, b, 5)\nPrint Str(v.Type) + \" \" + Str(v)\n"
+                      "Dim n As Int64 = 9007199254740993\nv = Max(n, 1)\n"
+                      "Print Str(v.Type) + \" \" + Str(v)\n"
+                      "v = 2.5\nDim w As Variant = Min(v, 3)\nPrint Str(w) + Str(Max(v, w, 1))\n"),
+            "6 12345678.0002\n3 9007199254740993\n2.52.5\n");
+}
+
+TEST(Numbers, a_variant_has_an_absolute_value) {
+  EXPECT_EQ(output_of("Dim v As Variant = -2.5\nPrint Str(Abs(v))"), "2.5\n");
+}
+
+TEST(Numbers, time_counts_from_the_start_of_the_program) {
+  EXPECT_EQ(output_of("Dim first As Double = Microseconds\nPrint Str(first > 0)\n"
+                      "Do\nLoop Until Microseconds > 40000\n"
+                      "Print Str(Ticks >= 2 And Ticks <= Microseconds * 60 / 1000000)\n"),
+            "True\nTrue\n");
+}
+
+TEST(Numbers, rgb_makes_a_colour) {
+  EXPECT_EQ(value_of("Str(RGB(255, 128, 0) = &cFF8000) + Str(RGB(300, -1, 1) = &cFF0001)"),
+            "TrueTrue");
+}
+
 TEST(Numbers, functions) {
   EXPECT_EQ(value_of("Str(Abs(-5)) + Str(Abs(-0.5)) + Str(Min(2, 3)) + Str(Max(2, 3.5)) + "
                      "Str(Floor(-1.5)) + Str(Ceil(1.2)) + Str(Round(2.5)) + Str(Sqrt(16))"),
@@ -43,9 +83,28 @@ TEST(Format, digits_places_and_groups) {
   EXPECT_EQ(format_number(7, "000"), "007");
   EXPECT_EQ(format_number(1234567, "#,##0"), "1,234,567");
   EXPECT_EQ(format_number(999, "#,##0"), "999");
-  EXPECT_EQ(format_number(2.5, "0"), "2");
   EXPECT_EQ(format_number(1e15, "#"), "1000000000000000");
   EXPECT_EQ(format_number(0, "#"), "");
+}
+
+TEST(Format, halves_are_rounded_away_from_zero_as_round_does) {
+  EXPECT_EQ(format_number(2.5, "0"), "3");
+  EXPECT_EQ(format_number(3.5, "0"), "4");
+  EXPECT_EQ(format_number(-2.5, "0"), "-3");
+  EXPECT_EQ(format_number(0.125, "0.00"), "0.13");
+  EXPECT_EQ(format_number(9.5, "0"), "10");
+  EXPECT_EQ(format_number(99.96875, "0.0000"), "99.9688");
+  EXPECT_EQ(format_number(999.5, "#,##0"), "1,000");
+  EXPECT_EQ(format_number(1.25e10, "0.0E+0"), "1.3E+10");
+}
+
+// The doubles nearest to 1.005 and 0.285 lie below them.
+TEST(Format, what_only_looks_like_a_half_is_none) {
+  EXPECT_EQ(format_number(1.005, "0.00"), "1.00");
+  EXPECT_EQ(format_number(0.285, "0.00"), "0.28");
+  EXPECT_EQ(format_number(0.49999999999999994, "0"), "0");
+  EXPECT_EQ(format_number(5e-324, "0.0"), "0.0");
+  EXPECT_EQ(format_number(1.7976931348623157e308, "0").size(), 309U);
 }
 
 TEST(Format, signs_percent_and_other_characters) {

@@ -36,6 +36,48 @@ TEST(Strings, instr_counts_from_one_and_ignores_case) {
             "0333");
 }
 
+TEST(Strings, parts_and_replacements_keep_the_encoding_of_the_text) {
+  EXPECT_EQ(
+      output_of("Dim w As String = ConvertEncoding(\"ä,b,c\", Encodings.UTF16)\n"
+                "Dim parts() As String = Split(w, \",\")\n"
+                "Print Str(parts(0).Encoding = Encodings.UTF16) + Str(LenB(parts(0))) + parts(0)\n"
+                "Dim n As String = NthField(w, \",\", 2)\n"
+                "Print Str(n.Encoding = Encodings.UTF16) + Str(LenB(n)) + n\n"
+                "Dim r As String = ReplaceAll(w, \",\", \"€\")\n"
+                "Print Str(r.Encoding = Encodings.UTF16) + Str(LenB(r)) + r\n"
+                "r = Replace(w, \"x\", \"y\")\nPrint Str(r.Encoding = Encodings.UTF16) + r\n"
+                "r = Replace(w, w, \"\")\nPrint Str(r.Encoding = Encodings.UTF16) + Str(LenB(r))\n"
+                "Dim t As String = ConvertEncoding(\"a-b\", Encodings.UTF32)\n"
+                "r = Replace(t, \"-\", \"+\")\nPrint Str(r.Encoding = Encodings.UTF32) + r\n"),
+      "True2ä\nTrue2b\nTrue10ä€b€c\nTrueä,b,c\nTrue0\nTruea+b\n");
+}
+
+TEST(Strings, what_an_encoding_lacks_makes_the_result_utf8) {
+  EXPECT_EQ(output_of("Dim a As String = ConvertEncoding(\"a-b\", Encodings.ASCII)\n"
+                      "Dim r As String = Replace(a, \"-\", \"ä\")\n"
+                      "Print Str(r.Encoding = Encodings.UTF8) + r\n"
+                      "r = Replace(a, ConvertEncoding(\"-\", Encodings.UTF16), \"+\")\n"
+                      "Print Str(r.Encoding = Encodings.ASCII) + r\n"),
+            "Trueaäb\nTruea+b\n");
+}
+
+TEST(Strings, titles_have_capitals) {
+  EXPECT_EQ(
+      value_of("Titlecase(\"hello wORLD, don't STOP\") + \" \" + \"straße “ärger”\".Titlecase"),
+      "Hello World, Don't Stop Straße “Ärger”");
+  EXPECT_EQ(
+      output_of(
+          "Dim w As String = Titlecase(ConvertEncoding(\"ab cd\", Encodings.UTF16))\n"
+          "Print w + Str(LenB(w)) + Titlecase(\"\") + Titlecase(DefineEncoding(\"xy z\", Nil))\n"),
+      "Ab Cd10Xy Z\n");
+}
+
+TEST(Strings, parts_of_bytes_are_functions_and_methods) {
+  EXPECT_EQ(
+      value_of("LeftB(\"abc\", 2) + \"abc\".RightB(1) + MidB(\"abcd\", 2, 2) + \"abc\".MidB(3)"),
+      "abcbcc");
+}
+
 TEST(Strings, replacing) {
   EXPECT_EQ(
       value_of("Replace(\"aXbx\", \"x\", \"--\") + \" \" + ReplaceAll(\"aXbx\", \"x\", \"--\")"),
