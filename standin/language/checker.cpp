@@ -13,8 +13,11 @@ std::unique_ptr<Program> check(const ProgramSyntax& syntax, Host& host) {
   std::vector<Diagnostic> diagnostics;
   Declarations declarations(host);
   declarations.add_routines(syntax, *program, diagnostics);
-  StatementChecker(declarations, *program, diagnostics).check_program(syntax.body);
+  if (diagnostics.size() < most_diagnostics) {
+    StatementChecker(declarations, *program, diagnostics).check_program(syntax.body);
+  }
   for (const ProgramRoutine& routine : declarations.routines()) {
+    if (diagnostics.size() >= most_diagnostics) break;
     if (!routine.broken) {
       StatementChecker(declarations, *program, diagnostics).check_routine(routine);
     }

@@ -106,7 +106,9 @@ void Declarations::read_head(const FunctionSyntax& syntax, ProgramRoutine& routi
 }
 
 void Declarations::require_difference(const ProgramRoutine& routine) const {
-  for (const ProgramRoutine* other : find_routines(routine.syntax->name)) {
+  const auto [first, end] = by_name_.equal_range(lower_name(routine.syntax->name));
+  for (auto entry = first; entry != end; ++entry) {
+    const ProgramRoutine* other = entry->second;
     const std::vector<Formal>& a = routine.candidate.formals;
     const std::vector<Formal>& b = other->candidate.formals;
     const bool same = std::equal(a.begin(), a.end(), b.begin(), b.end(),
@@ -122,6 +124,7 @@ void Declarations::require_difference(const ProgramRoutine& routine) const {
 void Declarations::add_routines(const ProgramSyntax& syntax, Program& program,
                                 std::vector<Diagnostic>& diagnostics) {
   for (const FunctionSyntax& function : syntax.functions) {
+    if (diagnostics.size() >= most_diagnostics) return;
     program.functions.emplace_back().name = function.name;
     ProgramRoutine& routine = routines_.emplace_back();
     routine.syntax = &function;

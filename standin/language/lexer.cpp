@@ -252,7 +252,8 @@ class LineLexer {
       fail(at_, "the character U+" + hexadecimal(code, code > 0xFFFF ? 6 : 4) +
                     " can stand only in strings and comments");
     }
-    fail(at_, "the byte &h" + hexadecimal(byte, 2) + " cannot be part of a program");
+    fail(at_, "the byte &h" + hexadecimal(byte, 2) +
+                  " cannot be part of a program, which is text in UTF-8");
   }
   bool well_formed_at(std::size_t at) const {
     const auto begin = line_.begin() + static_cast<std::ptrdiff_t>(at);

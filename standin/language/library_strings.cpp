@@ -103,6 +103,7 @@ Value replaced(REALstring source, REALstring old_part, REALstring new_part, bool
        next = find(text, same.b(), at)) {
     result += text.substr(at, next - at);
     result += with.b();
+    check_length(result.size());
     at = next + same.b().size();
     if (!all) break;
   }
@@ -256,6 +257,7 @@ Value join_elements(const RoutineCall& call) {
     uniform = uniform && (bytes(element).empty() || encoding(element) == code);
     if (i > 0) result += bytes(separator);
     result += bytes(element);
+    check_length(result.size());
   }
   if (uniform && (bytes(separator).empty() || encoding(separator) == code)) {
     return Value::of_string(make_string(result, code));

@@ -51,6 +51,8 @@ int Script::run(const std::vector<std::string>& arguments, const Streams& stream
     status = report("unhandled OutOfMemoryException: there is not enough memory", machine);
   } catch (const std::exception& exception) {
     status = report(std::string("a C++ exception passed through: ") + exception.what(), machine);
+  } catch (...) {
+    status = report("a C++ exception of unknown type passed through", machine);
   }
   streams.out.flush();
   return status;

@@ -1,7 +1,10 @@
 // Program text, positions in it, and what is reported about them.
 #include "language/source.h"
 
+#include <utf8.h>
+
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace standin::language {
@@ -9,12 +12,31 @@ namespace {
 
 constexpr std::size_t longest_shown_line = 160;
 
+// Where the character that begins here ends at the latest.
+const char* character_end(const char* start, const char* end) {
+  return start + std::min<std::ptrdiff_t>(end - start, 4);
+}
+
+bool is_control(std::uint32_t code) {
+  return (code < 0x20 && code != '\t') || (code >= 0x7F && code < 0xA0);
+}
+
 // Control characters and ill-formed bytes would confuse a terminal; a text's own letters are kept.
 std::string printable(std::string_view line) {
   std::string shown;
-  for (char c : line) {
-    const auto byte = static_cast<unsigned char>(c);
-    shown += (byte < 0x20 && c != '\t') || byte == 0x7F ? '?' : c;
+  const char* at = line.data();
+  const char* const end = at + line.size();
+  while (at != end) {
+    const char* const start = at;
+    std::uint32_t code = 0;
+    const bool well_formed = utf8::find_invalid(start, character_end(start, end)) != start;
+    if (well_formed) code = utf8::next(at, end);
+    if (!well_formed) ++at;
+    if (!well_formed || is_control(code)) {
+      shown += '?';
+    } else {
+      shown.append(start, at);
+    }
   }
   return shown;
 }
@@ -63,7 +85,7 @@ std::string format(const SourceFile& source, const Diagnostic& diagnostic) {
   report += "    " + printable(line) + "\n";
   if (position.column == 0 || column > line.size()) return report;
   report += "    ";
-  for (char c : line.substr(0, column)) {
+  for (char c : printable(line.substr(0, column))) {
     if (!is_continuation_byte(c)) report += c == '\t' ? '\t' : ' ';
   }
   return report + "^\n";

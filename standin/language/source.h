@@ -39,6 +39,9 @@ struct Diagnostic {
   std::string message;
 };
 
+// More are not reported at once.
+inline constexpr std::size_t most_diagnostics = 20;
+
 // "file:line: message", then the source line and a mark under the column. Bytes that a terminal
 // could not show are replaced, long lines are cut.
 std::string format(const SourceFile& source, const Diagnostic& diagnostic);

@@ -12,8 +12,6 @@
 namespace standin::language {
 namespace {
 
-constexpr std::size_t most_diagnostics = 20;
-
 struct TooManyErrors {};
 
 // Whether one of several conditions holds, asked in their order. The tree is balanced, so that a

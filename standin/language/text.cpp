@@ -2,9 +2,11 @@
 #include "language/text.h"
 
 #include <algorithm>
+#include <limits>
 #include <string>
 
 #include "runtime/encodings.h"
+#include "runtime/exceptions.h"
 #include "runtime/strings.h"
 
 namespace standin::language {
@@ -15,6 +17,7 @@ bool is_wide(std::uint32_t code) {
 }
 
 std::string joined_bytes(std::string_view a, std::string_view b) {
+  check_length(a.size() + b.size());
   std::string joined;
   joined.reserve(a.size() + b.size());
   joined += a;
@@ -23,6 +26,13 @@ std::string joined_bytes(std::string_view a, std::string_view b) {
 }
 
 }  // namespace
+
+void check_length(std::size_t size) {
+  constexpr auto longest = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
+  if (size > longest) {
+    raise("OutOfMemoryException", "a string has at most " + std::to_string(longest) + " bytes");
+  }
+}
 
 char lower_ascii(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;

@@ -29,6 +29,9 @@ class SameEncoding {
   std::uint32_t encoding_;
 };
 
+// Raises OutOfMemoryException for a size that Len could not tell.
+void check_length(std::size_t size);
+
 // An empty operand leaves the other as it is.
 StringRef join(REALstring a, REALstring b);
 

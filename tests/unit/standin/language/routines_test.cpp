@@ -2,6 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+#include <string>
+
+#include "language/script.h"
 #include "script_runner.h"
 
 namespace {
@@ -171,6 +175,31 @@ TEST(Calls, parentheses_may_be_left_out) {
                       "Print (\"a\") + \"b\"\nTwo -1, (2)\nTwo (1 + 1), 3\n"
                       "Sub Two(a As Integer, b As Integer)\n  Print Str(a) + Str(b)\nEnd Sub\n"),
             "0\nab\n-12\n23\n");
+}
+
+// Counts how often what was written is handed on.
+class CountingBuffer : public std::stringbuf {
+ public:
+  int flushes = 0;
+
+ private:
+  int sync() override {
+    ++flushes;
+    return 0;
+  }
+};
+
+TEST(Input, asking_for_it_first_shows_what_was_written) {
+  for (const char* question : {"Call StdIn.ReadLine", "Call StdIn.ReadAll", "Call StdIn.EOF"}) {
+    CountingBuffer buffer;
+    std::ostream out(&buffer);
+    std::istringstream in;
+    standin::Host host;
+    const std::string text = "StdOut.Write \"Name? \"\n" + std::string(question) + "\nQuit\n";
+    standin::language::run_script("test.rbs", text, {}, host, {in, out, out});
+    // Once for the question, once at the end.
+    EXPECT_EQ(buffer.flushes, 2) << question;
+  }
 }
 
 }  // namespace
