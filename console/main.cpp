@@ -3,13 +3,8 @@
 // Exit status: the program's own; 1 for a program that cannot be read or checked, an unhandled
 // exception, a plugin that cannot be loaded, and a violation that `--ledger` shows; 2 for wrong
 // options.
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
-#include <optional>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <variant>
@@ -18,6 +13,7 @@
 #include "language/script.h"
 #include "ledger_report.h"
 #include "options.h"
+#include "program_file.h"
 #include "runtime/host.h"
 
 namespace console {
@@ -32,27 +28,25 @@ int fail(const std::string& message, int status = failure) {
   return status;
 }
 
-std::optional<std::string> read_file(const std::string& name) {
-  std::error_code error;
-  if (std::filesystem::is_directory(name, error)) {
-    errno = EISDIR;
-    return std::nullopt;
+// What a plugin lets out of its start, whatever it is, is the plugin's fault.
+void load_plugin(standin::Host& host, const std::string& file) {
+  const std::string start = "cannot load the plugin " + file + ": its REALPluginMain threw ";
+  try {
+    host.load_plugin(file);
+  } catch (const standin::PluginLoadError&) {
+    throw;
+  } catch (const std::exception& error) {
+    throw standin::PluginLoadError(start + "an exception, \"" + error.what() + "\"");
+  } catch (...) {
+    throw standin::PluginLoadError(start + "an exception of unknown type");
   }
-  errno = 0;
-  std::ifstream file(name, std::ios::binary);
-  if (!file) return std::nullopt;
-  return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
 int run_program(const Options& options, standin::Host& host) {
-  const auto text = read_file(*options.program);
-  if (!text) {
-    return fail("cannot read the program file " + *options.program + ": " +
-                std::strerror(errno == 0 ? ENOENT : errno));
-  }
+  const std::string text = read_program(*options.program);
   const standin::language::Streams streams{std::cin, std::cout, std::cerr};
   try {
-    const standin::language::Script script(*options.program, *text, host);
+    const standin::language::Script script(*options.program, text, host);
     const standin::Ledger::Snapshot before = host.ledger().snapshot();
     int status = script.run(options.arguments, streams);
     if (options.shows_ledger) {
@@ -64,7 +58,7 @@ int run_program(const Options& options, standin::Host& host) {
     }
     return status;
   } catch (const standin::language::CheckErrors& errors) {
-    std::cerr << format(standin::language::SourceFile(*options.program, *text), errors);
+    std::cerr << format(standin::language::SourceFile(*options.program, text), errors);
     return failure;
   }
 }
@@ -81,7 +75,7 @@ int run(const Options& options) {
     standin::Host host(host_options);
     standin::TracePrinter trace(std::cerr);
     if (options.traces) host.set_trace(&trace);
-    host.load_plugin(options.plugin);
+    load_plugin(host, options.plugin);
     if (options.lists_classes) std::cout << class_listing(host.plugin_classes());
     const int status = options.program ? run_program(options, host) : 0;
     host.set_trace(nullptr);
@@ -89,6 +83,8 @@ int run(const Options& options) {
   } catch (const std::invalid_argument& error) {
     return fail(std::string(error.what()) + "\nRun console --help for the options.", usage_error);
   } catch (const standin::PluginLoadError& error) {
+    return fail(error.what());
+  } catch (const ProgramFileError& error) {
     return fail(error.what());
   }
 }
@@ -108,6 +104,8 @@ int main(int count, char** words) {
     const int status = console::run(std::get<console::Options>(parsed));
     std::cout.flush();
     return std::cout.good() ? status : console::fail("standard output cannot be written");
+  } catch (const std::bad_alloc&) {
+    return console::fail("there is not enough memory");
   } catch (const std::exception& error) {
     return console::fail(error.what());
   }

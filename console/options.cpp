@@ -2,6 +2,7 @@
 #include "options.h"
 
 #include <CLI/CLI.hpp>
+#include <cmath>
 #include <filesystem>
 #include <memory>
 #include <sstream>
@@ -63,6 +64,12 @@ std::variant<Options, Answer> parse_options(int count, const char* const* words,
     if (wanted) return Answer{out.str(), 0};
     return Answer{
         "console: " + std::string(error.what()) + "\nRun console --help for the options.\n", 2};
+  }
+  if (!std::isfinite(options.host_version) || options.host_version <= 0) {
+    return Answer{
+        "console: a host's version is a positive number, such as 2012.1\n"
+        "Run console --help for the options.\n",
+        2};
   }
   std::vector<std::string> rest = app.remaining();
   if (!rest.empty() && rest.front() == "--") {

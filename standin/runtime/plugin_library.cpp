@@ -13,6 +13,7 @@
 #include <system_error>
 
 #include "runtime/host.h"
+#include "runtime/library_file.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define ZRB_ADDRESS_SANITIZER 1
@@ -79,6 +80,9 @@ PluginLibrary open_plugin(const std::string& path) {
   if (std::filesystem::is_directory(path))
     fail(path, "that is a folder; name the plugin file in it");
   const TemporaryCopy copy(path);
+  if (is_cut_short(copy.path())) {
+    fail(path, "the file ends too early; copy or build it again");
+  }
   void* handle = ::dlopen(copy.path().c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle == nullptr) {
     fail(path, loader_error(copy.path(), path) + "; a " + std::to_string(pointer_bits) +

@@ -1,60 +1,20 @@
 // The console as a process: options, streams, exit status.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <array>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <string>
+
+#include "console_runner.h"
 
 namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
 
-struct Result {
-  std::string out;
-  std::string err;
-  int status = -1;
-};
-
-std::string content_of(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-class Console : public testing::Test {
- protected:
-  Console() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "console-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
-  }
-  ~Console() override { std::filesystem::remove_all(folder_); }
-
-  // Words are given to a shell, in the folder of the programs.
-  Result run(const std::string& words, const std::string& input = {}) {
-    std::ofstream(folder_ / "in", std::ios::binary) << input;
-    const std::string command =
-        "cd '" + folder_.string() + "' && '" + ZRB_CONSOLE_FILE + "' " + words + " <in >out 2>err";
-    const int status = std::system(command.c_str());
-    return {content_of(folder_ / "out"), content_of(folder_ / "err"),
-            WIFEXITED(status) ? WEXITSTATUS(status) : -1};
-  }
-  void program(const std::string& name, const std::string& text) {
-    std::ofstream(folder_ / name, std::ios::binary) << text;
-  }
-
- private:
-  std::filesystem::path folder_;
-};
-
 TEST_F(Console, runs_a_program_with_the_plugin_beside_it) {
-  program("p.rbs",
-          "Dim s As New StringHashSetZRB\ns.insert StdIn.ReadLine\n"
-          "Print s.first.Key + Str(s.Count)\nReturn 7\n");
+  write("p.rbs",
+        "Dim s As New StringHashSetZRB\ns.insert StdIn.ReadLine\n"
+        "Print s.first.Key + Str(s.Count)\nReturn 7\n");
   const Result result = run("p.rbs", "word\n");
   EXPECT_EQ(result.out, "word1\n");
   EXPECT_EQ(result.err, "");
@@ -62,7 +22,7 @@ TEST_F(Console, runs_a_program_with_the_plugin_beside_it) {
 }
 
 TEST_F(Console, what_follows_the_program_belongs_to_it) {
-  program("p.rbs", "Print Join(args, \"|\")");
+  write("p.rbs", "Print Join(args, \"|\")");
   EXPECT_EQ(run("p.rbs --help -x 'a b' --plugin").out, "p.rbs|--help|-x|a b|--plugin\n");
   EXPECT_EQ(run("--ledger -- p.rbs -- y").out, "p.rbs|--|y\n");
 }
@@ -82,7 +42,7 @@ TEST_F(Console, lists_all_classes) {
 }
 
 TEST_F(Console, traces_plugin_calls_with_host_calls_and_results) {
-  program("p.rbs", "Dim s As New StringHashSetZRB\ns.insert \"a\"\nPrint Str(s.lookup(\"a\"))\n");
+  write("p.rbs", "Dim s As New StringHashSetZRB\ns.insert \"a\"\nPrint Str(s.lookup(\"a\"))\n");
   const Result result = run("--trace p.rbs");
   EXPECT_EQ(result.out, "True\n");
   EXPECT_THAT(result.err, HasSubstr(".insert(string #"));
@@ -91,23 +51,23 @@ TEST_F(Console, traces_plugin_calls_with_host_calls_and_results) {
 }
 
 TEST_F(Console, shows_what_is_still_locked) {
-  program("balanced.rbs", "Dim s As New StringHashSetZRB\ns.insert \"a\"\n");
+  write("balanced.rbs", "Dim s As New StringHashSetZRB\ns.insert \"a\"\n");
   const Result balanced = run("--ledger balanced.rbs");
   EXPECT_EQ(balanced.err, "ledger: nothing is held\nledger: no violations\n");
   EXPECT_EQ(balanced.status, 0);
   // A comparison of two strings leaves a lock on each.
-  program("held.rbs",
-          "Dim s As New StringHashSetZRB\nDim key As String = \"a\"\ns.insert key\n"
-          "Print Str(s.lookup(key))\n");
+  write("held.rbs",
+        "Dim s As New StringHashSetZRB\nDim key As String = \"a\"\ns.insert key\n"
+        "Print Str(s.lookup(key))\n");
   EXPECT_THAT(run("--ledger held.rbs").err,
               testing::MatchesRegex("ledger: 2 locks held on 1 string\n"
                                     "  string #[0-9]+ \"a\" .*: 2 locks\nledger: no violations\n"));
 }
 
 TEST_F(Console, plays_older_hosts_and_hosts_that_lack_services) {
-  program("p.rbs",
-          "#If RBVersion < 2012\nPrint \"old\"\n#EndIf\n"
-          "Dim s As New StringHashSetZRB\ns.insert \"a\"\nPrint Str(s.lookup(\"a\"))\n");
+  write("p.rbs",
+        "#If RBVersion < 2012\nPrint \"old\"\n#EndIf\n"
+        "Dim s As New StringHashSetZRB\ns.insert \"a\"\nPrint Str(s.lookup(\"a\"))\n");
   EXPECT_EQ(run("--host-version 2011.4 p.rbs").out, "old\nTrue\n");
   EXPECT_EQ(run("--without REALGetRBVersion --without PluginGetStringData p.rbs").out, "True\n");
   const Result unknown = run("--without REALFoo p.rbs");
@@ -116,7 +76,9 @@ TEST_F(Console, plays_older_hosts_and_hosts_that_lack_services) {
 }
 
 TEST_F(Console, wrong_options_say_what_to_do) {
-  for (const char* words : {"--bogus p.rbs", "", "--host-version x p.rbs", "--plugin"}) {
+  for (const char* words :
+       {"--bogus p.rbs", "", "--host-version x p.rbs", "--host-version nan p.rbs",
+        "--host-version -1 p.rbs", "--host-version 1e999 p.rbs", "--plugin"}) {
     const Result result = run(words);
     EXPECT_EQ(result.status, 2) << words;
     EXPECT_THAT(result.err, HasSubstr("console --help")) << words;
@@ -134,24 +96,12 @@ TEST_F(Console, help_and_version_are_answers) {
   EXPECT_THAT(run("--version").out, StartsWith("console "));
 }
 
-TEST_F(Console, files_that_cannot_be_read_are_named) {
-  const Result missing = run("nothing.rbs");
-  EXPECT_EQ(missing.status, 1);
-  EXPECT_EQ(missing.err,
-            "console: cannot read the program file nothing.rbs: No such file or directory\n");
-  EXPECT_THAT(run(".").err, HasSubstr("Is a directory"));
-  program("p.rbs", "");
-  const Result plugin = run("--plugin nothing.so p.rbs");
-  EXPECT_EQ(plugin.status, 1);
-  EXPECT_THAT(plugin.err, HasSubstr("nothing.so"));
-}
-
 TEST_F(Console, errors_of_the_program_end_with_1) {
-  program("syntax.rbs", "Print (");
+  write("syntax.rbs", "Print (");
   const Result syntax = run("syntax.rbs");
   EXPECT_EQ(syntax.status, 1);
   EXPECT_THAT(syntax.err, StartsWith("syntax.rbs:1: "));
-  program("raises.rbs", "Print \"a\"\nDim s As StringHashSetZRB\ns.insert \"x\"\n");
+  write("raises.rbs", "Print \"a\"\nDim s As StringHashSetZRB\ns.insert \"x\"\n");
   const Result raises = run("raises.rbs");
   EXPECT_EQ(raises.status, 1);
   EXPECT_EQ(raises.out, "a\n");

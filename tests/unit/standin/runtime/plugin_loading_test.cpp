@@ -92,6 +92,16 @@ TEST(PluginLoadError, an_empty_file_is_no_plugin) {
   std::remove(path.c_str());
 }
 
+TEST(PluginLoadError, a_library_that_is_cut_short_is_told) {
+  std::ifstream whole(FAKE_PLUGIN, std::ios::binary);
+  std::string start(4000, '\0');
+  ASSERT_TRUE(whole.read(start.data(), 4000));
+  const std::string path = testing::TempDir() + "cut_plugin.so";
+  std::ofstream(path, std::ios::binary) << start;
+  EXPECT_THAT(load_error(path), AllOf(HasSubstr(path), HasSubstr("ends too early")));
+  std::remove(path.c_str());
+}
+
 TEST(PluginLoadError, a_library_needs_the_entry) {
   EXPECT_THAT(load_error(NO_PLUGIN), HasSubstr("REALPluginMain"));
 }
