@@ -82,7 +82,7 @@ template <class Less>
 void sort_by(const RoutineCall& call, Less less) {
   std::vector<Value> elements;
   const std::int32_t last = upper_bound(call.array(0));
-  elements.reserve(static_cast<std::size_t>(last + 1));
+  elements.reserve(static_cast<std::size_t>(std::int64_t{last} + 1));
   for (std::int32_t i = 0; i <= last; ++i) elements.push_back(get(call.array(0), i, call.element));
   std::stable_sort(elements.begin(), elements.end(), less);
   for (std::int32_t i = 0; i <= last; ++i) {

@@ -92,7 +92,7 @@ std::string statement_refusal(const Token& word, const Token& following) {
     return not_part("On Error", "use Try and Catch");
   }
   for (const std::string_view block : {"If", "Select", "Try", "Sub", "Function"}) {
-    if (text == "end" + lower_name(block)) {
+    if (following.ends_statement() && text == "end" + lower_name(block)) {
       return not_part("End" + std::string(block), "write \"End " + std::string(block) + "\"");
     }
   }

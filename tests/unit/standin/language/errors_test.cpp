@@ -93,7 +93,7 @@ TEST(Refused, what_statements_and_routines_of_other_dialects_begin_with_is_named
 }
 
 TEST(Refused, a_name_like_those_is_a_name_elsewhere) {
-  EXPECT_EQ(output_of("On 1\nBeep\nDim EndIf As Integer = 2\nPrint Str(endIf)\n"
+  EXPECT_EQ(output_of("On 1\nBeep\nDim EndIf As Integer\nEndIf = 2\nPrint Str(endIf)\n"
                       "Sub On(n As Integer)\n  Print Str(n)\nEnd Sub\n"
                       "Sub Beep()\n  Print \"beep\"\nEnd Sub\n"),
             "1\nbeep\n2\n");
