@@ -217,6 +217,7 @@ Code ExpressionChecker::call_program_routine(const std::string& name, std::vecto
     arguments.push_back(std::make_unique<Literal>(formals[i].type, routine.defaults[i]));
   }
   std::vector<bool> by_ref;
+  by_ref.reserve(formals.size());
   for (const Formal& formal : formals) by_ref.push_back(formal.by_ref);
   return make_function_call(*routine.function, std::move(arguments), std::move(by_ref));
 }

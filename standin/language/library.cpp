@@ -97,7 +97,10 @@ std::string Routine::description() const {
                            ? "Element"
                            : standin::name(parameter.type);
     if (parameter.repeated) part += "...";
-    if (parameter.optional) part = "[" + part + "]";
+    if (parameter.optional) {
+      part.insert(0, "[");
+      part += ']';
+    }
     text += (text.empty() ? "" : ", ") + part;
   }
   return name + "(" + text + ")";

@@ -249,6 +249,11 @@ Value join_elements(const RoutineCall& call) {
   const std::int32_t last = upper_bound(array);
   const StringRef blank = make_string(" ");
   const REALstring separator = call.has(1) ? call.string(1) : blank.get();
+  std::uint64_t size = std::uint64_t{bytes(separator).size()} * not_negative(last);
+  for (std::int32_t i = 0; i <= last; ++i) {
+    size += bytes(string_at(array, i)).size();
+    check_length(size);
+  }
   std::string result;
   std::uint32_t code = last >= 0 ? encoding(string_at(array, 0)) : host_encoding::utf8;
   bool uniform = true;

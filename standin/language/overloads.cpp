@@ -60,12 +60,15 @@ std::string counted(std::size_t count) {
                                     std::to_string(arguments.size()) + ": " +
                                     candidate.description);
   }
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const std::string problem = mismatch(candidate.formals[i], *arguments[i]);
-    if (!problem.empty()) {
-      throw SourceError(position, "argument " + std::to_string(i + 1) + " of " + what + ": " +
-                                      problem + ", in " + candidate.description);
-    }
+  std::size_t number = 0;
+  std::string problem;
+  while (number < arguments.size() && problem.empty()) {
+    problem = mismatch(candidate.formals[number], *arguments[number]);
+    ++number;
+  }
+  if (!problem.empty()) {
+    throw SourceError(position, "argument " + std::to_string(number) + " of " + what + ": " +
+                                    problem + ", in " + candidate.description);
   }
   throw SourceError(position, what + " cannot be called so: " + candidate.description);
 }

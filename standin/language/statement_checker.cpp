@@ -91,16 +91,21 @@ void StatementChecker::add_statements(const BlockSyntax& syntax, Block& block) {
   const std::size_t depth = scope_.depth();
   const std::size_t loops = loops_.size();
   for (const StatementSyntax& part : syntax) {
-    try {
-      statement(part, block);
-      continue;
-    } catch (const SourceError& error) {
-      report(error);
-    } catch (const AlreadyReported&) {
-    }
+    if (add_statement(part, block)) continue;
     scope_.give_up_to(depth);
     loops_.resize(loops);
   }
+}
+
+bool StatementChecker::add_statement(const StatementSyntax& syntax, Block& block) {
+  try {
+    statement(syntax, block);
+    return true;
+  } catch (const SourceError& error) {
+    report(error);
+  } catch (const AlreadyReported&) {
+  }
+  return false;
 }
 
 void StatementChecker::statement(const StatementSyntax& syntax, Block& block) {

@@ -38,6 +38,8 @@ class StatementChecker {
   // A block in a scope of its own; an error in one statement does not hide those of the others.
   Block block(const BlockSyntax& syntax);
   void add_statements(const BlockSyntax& syntax, Block& block);
+  // Whether it is in order; what is wrong is reported.
+  bool add_statement(const StatementSyntax& syntax, Block& block);
   void report(const SourceError& error);
   Block loop_body(const BlockSyntax& syntax, LeaveTarget kind, int& loop);
 

@@ -27,8 +27,8 @@ std::string joined_bytes(std::string_view a, std::string_view b) {
 
 }  // namespace
 
-void check_length(std::size_t size) {
-  constexpr auto longest = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
+void check_length(std::uint64_t size) {
+  constexpr auto longest = static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max());
   if (size > longest) {
     raise("OutOfMemoryException", "a string has at most " + std::to_string(longest) + " bytes");
   }

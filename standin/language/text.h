@@ -30,7 +30,7 @@ class SameEncoding {
 };
 
 // Raises OutOfMemoryException for a size that Len could not tell.
-void check_length(std::size_t size);
+void check_length(std::uint64_t size);
 
 // An empty operand leaves the other as it is.
 StringRef join(REALstring a, REALstring b);
