@@ -116,11 +116,11 @@ ZRB_FOR_CLASSES(CopiesOfText, support::classes_with_key(support::ElementType::st
 TEST_P(CopiesOfText, that_fail_make_a_text_empty_and_do_no_harm) {
   restart_without({"PluginGetStringData"});
   const support::Container container = make_with(5);
-  plugin_heap::attend_to(container.method("Clear").function);
+  plugin_heap::attend_to(host().plugin_classes().front()->methods().front().function);
   plugin_heap::fail_at(0, false);
   container.count_key(key(3));
   const std::size_t copies = plugin_heap::stop_failing();
-  EXPECT_GE(copies, 3u);
+  EXPECT_GE(copies, 2u);
   for (std::size_t n = 1; n <= copies; ++n) {
     plugin_heap::fail_at(n, false);
     container.count_key(key(3));

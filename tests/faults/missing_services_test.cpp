@@ -38,6 +38,7 @@ class MissingService : public support::PluginTest,
     standin::HostOptions options = default_options();
     options.without.insert(GetParam());
     restart(options);
+    if (unbalances_locks()) host().ledger().on_violation(nullptr);
   }
 
   bool cannot_lock() const {
@@ -112,7 +113,8 @@ class MissingService : public support::PluginTest,
 
   void run(const Routine& routine, const faults::Access& access, const faults::Stock& stock,
            int elements, Given given) {
-    Scene scene(routine, access, stock, elements, given);
+    // Routines lock and unlock their instance.
+    Scene scene(routine, access, stock, elements, given, cannot_lock() ? 10000 : 0);
     const std::int32_t before =
         elements == faults::no_storage ? 0 : access.count(scene.container());
     EXPECT_NO_THROW(scene.call());

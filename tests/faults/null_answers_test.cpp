@@ -45,8 +45,9 @@ class NullAnswers : public RoutineTest {
     }
     host().faults().clear();
     static_cast<void>(host().take_pending_exception());
+    const std::string misuses = taken_misuses();
 
-    problems += unexpected_content(scene, plain);
+    problems += misuses + unexpected_content(scene, plain);
     if (scene.has_storage()) problems += trouble_with_clearing(scene);
     // A key that could not be had is nil, and takes no lock when it is compared.
     const bool has_nil_keys =

@@ -106,10 +106,7 @@ class Reentrancy : public RoutineTest {
     }
     host().faults().clear();
     static_cast<void>(host().take_pending_exception());
-    for (const standin::Violation& violation : host().ledger().violations()) {
-      problems += violation.text() + "\n";
-    }
-    host().ledger().clear_violations();
+    problems += taken_misuses();
 
     const std::optional<Contents> now = scene.now();
     if (!now) {

@@ -47,7 +47,10 @@ RoutineTest::RoutineTest()
   warm_up();
 }
 
-RoutineTest::~RoutineTest() = default;
+RoutineTest::~RoutineTest() {
+  // What a failing unlock left locked ends with the host, in whatever order.
+  host().ledger().on_violation(nullptr);
+}
 
 void RoutineTest::warm_up() {
   for (const Routine& routine : routines_) {
@@ -134,6 +137,15 @@ std::string RoutineTest::later_trouble(const Scene& scene, const Contents& now) 
     problems += "a key cannot be removed\n";
   }
   return problems;
+}
+
+std::string RoutineTest::taken_misuses() {
+  std::string text;
+  for (const standin::Violation& violation : host().ledger().violations()) {
+    text += violation.text() + "\n";
+  }
+  host().ledger().clear_violations();
+  return text;
 }
 
 void RoutineTest::expect_none(const std::string& problem, const Plain& plain,

@@ -75,6 +75,9 @@ class RoutineTest : public support::ClassTest {
   /// What does not work any more: adding, finding and removing a key.
   std::string later_trouble(const Scene& scene, const Contents& now) const;
 
+  /// What the ledger saw used wrongly, a line each; it then forgets it.
+  std::string taken_misuses();
+
   /// Fails the test with what was done, unless `problem` is empty.
   void expect_none(const std::string& problem, const Plain& plain, const std::string& mode,
                    std::size_t call) const;

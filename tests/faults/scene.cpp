@@ -82,7 +82,7 @@ std::vector<Given> cases(const Routine& routine, int elements) {
 }
 
 Scene::Scene(const Routine& routine, const Access& access, const Stock& stock, int elements,
-             Given given)
+             Given given, int more_locks)
     : routine_(routine),
       access_(access),
       stock_(stock),
@@ -94,6 +94,7 @@ Scene::Scene(const Routine& routine, const Access& access, const Stock& stock, i
   standin::Host& host = standin::Host::current();
   const support::ContainerClass& c = *routine.container_class;
   container_ = host.new_instance(c.name);
+  for (int i = 0; i < more_locks; ++i) standin::lock(container());
   if (elements != no_storage) {
     access.construct(container());
     fill(elements);

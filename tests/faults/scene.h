@@ -31,9 +31,9 @@ std::vector<Given> cases(const Routine& routine, int elements);
 class Scene {
  public:
   /// In a state of one element or less, the instance's cached arrays are filled, if the routine is
-  /// one to drop them.
-  Scene(const Routine& routine, const Access& access, const Stock& stock, int elements,
-        Given given);
+  /// one to drop them. `more_locks` on the container are left to the host, which cannot lock.
+  Scene(const Routine& routine, const Access& access, const Stock& stock, int elements, Given given,
+        int more_locks = 0);
   ~Scene();
   Scene(const Scene&) = delete;
   Scene& operator=(const Scene&) = delete;

@@ -60,9 +60,10 @@ class ThrowingCalls : public RoutineTest {
     }
     host().faults().clear();
     static_cast<void>(host().take_pending_exception());
+    const std::string misuses = taken_misuses();
 
     const std::string& entry_point = plain.calls[n - 1];
-    std::string problems;
+    std::string problems = misuses;
     if (!thrown) problems += "the exception did not pass through\n";
     if (host().faults().last_fired() != entry_point) {
       problems += std::string("another call: ") + host().faults().last_fired() + "\n";
