@@ -1,5 +1,7 @@
 #include "keys/red_black_tree.h"
 
+#include "keys/hints.h"
+
 NodeLink RedBlackTree::link_of(const TreeLinks* node) const {
   if (node == &header_) return no_node;
   const NodeLink parent = node->parent();
@@ -8,23 +10,31 @@ NodeLink RedBlackTree::link_of(const TreeLinks* node) const {
   return &at(links.left) == node ? links.left : links.right;
 }
 
+// Whoever steps will step on: asks for the nodes that lie ahead, below those that come next.
 template <RedBlackTree::Child Forwards, RedBlackTree::Child Backwards>
 TreeLinks* RedBlackTree::step(TreeLinks* node) const {
   if (node->*Forwards != no_node) {
     TreeLinks* found = &at(node->*Forwards);
-    while (found->*Backwards != no_node) found = &at(found->*Backwards);
+    while (found->*Backwards != no_node) {
+      prefetch(&at(found->*Forwards));
+      found = &at(found->*Backwards);
+    }
+    prefetch(&at(found->*Forwards));
     return found;
   }
   // Up, to the first node that is reached from the side it is not to be left on.
   NodeLink link = node->parent();
   TreeLinks* above = &at(link);
-  if (link == no_node || &at(above->*Forwards) != node) return above;
-  for (;;) {
-    const NodeLink below = link;
-    link = above->parent();
-    above = &at(link);
-    if (link == no_node || above->*Forwards != below) return above;
+  if (link != no_node && &at(above->*Forwards) == node) {
+    NodeLink below;
+    do {
+      below = link;
+      link = above->parent();
+      above = &at(link);
+    } while (link != no_node && above->*Forwards == below);
   }
+  prefetch(&at(at(above->*Forwards).*Backwards));
+  return above;
 }
 
 TreeLinks* RedBlackTree::successor(TreeLinks* node) const {
