@@ -85,8 +85,11 @@ class Try final : public Statement {
       if (handler == nullptr) throw;
     }
     frame.machine->raised_at.reset();
-    if (handler->slot >= 0) frame.slots[handler->slot] = Value::of_object(std::move(caught));
-    caught.reset();
+    if (handler->slot >= 0) {
+      frame.slots[handler->slot] = Value::of_object(std::move(caught));
+    } else {
+      caught.reset();
+    }
     return handler->body.run(frame);
   }
 

@@ -42,16 +42,25 @@ class Arithmetic final : public Domain::Base {
   Arithmetic(Code left, Code right) : left_(std::move(left)), right_(std::move(right)) {}
 
   std::int32_t integer(Frame& frame) const override {
-    if constexpr (std::is_same_v<Domain, IntegerDomain>) return compute(frame);
-    return Expression::integer(frame);
+    if constexpr (std::is_same_v<Domain, IntegerDomain>) {
+      return compute(frame);
+    } else {
+      return Domain::Base::integer(frame);
+    }
   }
   std::int64_t int64(Frame& frame) const override {
-    if constexpr (std::is_same_v<Domain, Int64Domain>) return compute(frame);
-    return Expression::int64(frame);
+    if constexpr (std::is_same_v<Domain, Int64Domain>) {
+      return compute(frame);
+    } else {
+      return Domain::Base::int64(frame);
+    }
   }
   double real(Frame& frame) const override {
-    if constexpr (std::is_same_v<Domain, DoubleDomain>) return compute(frame);
-    return Expression::real(frame);
+    if constexpr (std::is_same_v<Domain, DoubleDomain>) {
+      return compute(frame);
+    } else {
+      return Domain::Base::real(frame);
+    }
   }
 
  private:

@@ -177,7 +177,7 @@ Code make_new_array(const Type& array, Code upper_bound) {
 
 std::unique_ptr<Statement> make_assignment(Code target, Code value, Position position) {
   if (auto* element = dynamic_cast<ArrayElement*>(target.get())) {
-    target.release();
+    static_cast<void>(target.release());  // `element` is owned as what it is from here on
     return std::make_unique<ElementAssignment>(std::unique_ptr<ArrayElement>(element),
                                                std::move(value), position);
   }

@@ -85,7 +85,8 @@ void end_instance(REALobject instance, const std::string& description) noexcept 
   const ClassInfo& own_class = *instance->class_info;
   instance->block.locks = blocks::dying_locks;
   bool intact = true;
-  for (const ClassInfo* c = &own_class; c != nullptr; c = c->super()) {
+  const ClassInfo* c = &own_class;
+  do {
     try {
       run_destructor(instance, *c);
     } catch (const std::exception& error) {
@@ -94,7 +95,8 @@ void end_instance(REALobject instance, const std::string& description) noexcept 
       record_destructor_error(*c, "an exception of unknown type");
     }
     intact = intact && guards_are_intact(instance, *c);
-  }
+    c = c->super();
+  } while (c != nullptr);
   InstanceCounter::remove(own_class);
 
   Ledger* ledger = Ledger::active_one();

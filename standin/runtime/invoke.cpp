@@ -42,7 +42,7 @@ void throw_pending(PluginCallTrace& trace) {
   if (host == nullptr || !host->has_pending_exception()) return;
   HostException exception(host->take_pending_exception());
   if (trace.is_on()) trace.ends(std::string("raises ") + exception.what());
-  throw exception;
+  throw HostException(std::move(exception));
 }
 
 Value call_traced(void* routine, const MethodInfo& method, REALobject instance,

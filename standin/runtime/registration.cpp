@@ -169,10 +169,12 @@ std::unique_ptr<ClassInfo> make_class(REALclassDefinition& definition, const Cla
 void bind_members(ClassInfo& class_info, const TypeResolver& resolver) {
   const REALclassDefinition& definition = *class_info.definition();
   std::vector<PropertyInfo> properties;
+  properties.reserve(static_cast<std::size_t>(definition.propertyCount));
   for (std::int32_t i = 0; i < definition.propertyCount; ++i) {
     properties.push_back(bind_property(class_info.name(), definition.properties[i], resolver));
   }
   std::vector<MethodInfo> methods;
+  methods.reserve(static_cast<std::size_t>(definition.methodCount));
   for (std::int32_t i = 0; i < definition.methodCount; ++i) {
     methods.push_back(bind_method(class_info.name(), definition.methods[i], i, resolver));
   }
