@@ -16,9 +16,9 @@
 // Hashes are not kept. Each operation on a key hashes that key once; growth hashes every key once.
 //
 // Speed. The bucket is found without a division (remainder.h). Growth, iteration and clearing know
-// which nodes they come to next, and ask for them a dozen buckets ahead; growth also gathers nodes
-// and their new buckets before it touches those, so that several cache misses are under way at
-// once. Elements that call nobody when they die are never visited for it.
+// which nodes they come to next, and ask for them two dozen buckets ahead; growth also gathers
+// nodes and their new buckets before it touches those, so that several cache misses are under way
+// at once. Elements that call nobody when they die are never visited for it.
 //
 // Exceptions. Hash, equality, the copying of a key and the destruction of an element may throw,
 // unless they are declared noexcept. The table then stays valid, nothing is leaked, and the
@@ -272,8 +272,9 @@ class HashedStorage : public Usable {
   friend struct HashedStorageInspector;  // the invariant checker of the tests
   friend class InUse<HashedStorage>;
 
-  static constexpr std::uint32_t buckets_ahead = 12;  // to prefetch
-  static constexpr std::uint32_t stage_size = 32;     // nodes that growth moves at once
+  static constexpr std::uint32_t buckets_ahead = 24;      // to prefetch
+  static constexpr std::uint32_t cached_elements = 4096;  // fewer need no prefetch
+  static constexpr std::uint32_t stage_size = 32;         // nodes that growth moves at once
 
   // What calls nobody needs no guard.
   using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<HashedStorage>>;
@@ -413,9 +414,13 @@ class HashedStorage : public Usable {
     return nullptr;
   }
 
-  void prefetch_ahead(std::uint32_t bucket) const {
-    if (buckets_.count - bucket > buckets_ahead)
-      prefetch(memory_.at(buckets_[bucket + buckets_ahead]));
+  // For whoever goes through the buckets one by one: asks for the first node of a chain two dozen
+  // buckets ahead, and for the second one when the first has come.
+  ZRB_ALWAYS_INLINE void prefetch_ahead(std::uint32_t bucket) const {
+    if (size_ < cached_elements || buckets_.count - bucket <= buckets_ahead) return;
+    prefetch(memory_.at(buckets_[bucket + buckets_ahead]));
+    const NodeLink sooner = buckets_[bucket + buckets_ahead / 2];
+    prefetch(memory_.at(static_cast<const ChainLink*>(memory_.at(sooner))->next));
   }
 
   template <class Probe>
@@ -546,7 +551,8 @@ class HashedStorage : public Usable {
     finish_stage();
   }
 
-  NodeMemory memory_{sizeof(Element)};
+  ChainLink nothing_;  // what `no_node` leads to: a chain that ends there
+  NodeMemory memory_{sizeof(Element), &nothing_};
   Buckets buckets_;
   std::uint32_t size_ = 0;
   NodeLink put_off_ = no_node;  // taken out, to be destroyed when the outermost operation ends

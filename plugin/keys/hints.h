@@ -12,9 +12,17 @@ inline bool unpredictable(bool condition) {
 #endif
 }
 
+/// For functions that only prefetch: gcc takes a call of one for a call without effect, and drops
+/// it before it is inlined.
+#if defined(__GNUC__)
+#define ZRB_ALWAYS_INLINE [[gnu::always_inline]] inline
+#else
+#define ZRB_ALWAYS_INLINE inline
+#endif
+
 /// Asks the processor to load what lies at `address`, which is about to be used. Any address will
 /// do.
-inline void prefetch(const void* address) {
+ZRB_ALWAYS_INLINE void prefetch(const void* address) {
 #if defined(__GNUC__)
   __builtin_prefetch(address);
 #else
