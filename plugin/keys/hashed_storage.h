@@ -188,17 +188,17 @@ class HashedStorage : public Usable {
   std::uint32_t erase(const Probe& key) {
     const RemovalUse use(*this);
     const std::uint32_t hash = Hash{}(key);
-    Unlinked unlinked(*this);
     if constexpr (plain_keys) {
       NodeLink* link = &buckets_[buckets_.of(hash)];
       while (*link != no_node && !Equal{}(element(*link).key, key)) link = &element(*link).next;
-      if (*link != no_node) unlinked.take(*link);
+      return *link == no_node ? 0 : remove(*link);
     } else {
+      Unlinked unlinked(*this);
       for (int attempts = 0; attempts < search_attempts; ++attempts) {
         if (take_equal(buckets_[buckets_.of(hash)], key, unlinked)) break;
       }
+      return unlinked.destroy();
     }
-    return unlinked.destroy();
   }
 
   /// Removes the element at `position`; at the end, nothing. O(1).
@@ -206,9 +206,7 @@ class HashedStorage : public Usable {
     if (position.is_end()) return;
     const RemovalUse use(*this);
     const std::uint32_t hash = Hash{}(position.node->key);
-    Unlinked unlinked(*this);
-    if (NodeLink* link = link_to(position.node, buckets_.of(hash))) unlinked.take(*link);
-    unlinked.destroy();
+    if (NodeLink* link = link_to(position.node, buckets_.of(hash))) remove(*link);
   }
 
   /// Removes the elements from `first` up to but not including `last`. O(buckets and elements
@@ -248,7 +246,7 @@ class HashedStorage : public Usable {
       }
       unlinked.destroy();
     }
-    if (size_ == 0 && !is_used_by_several()) memory_.release_all();
+    if (size_ == 0 && put_off_ == no_node && !is_used_by_several()) memory_.release_all();
   }
 
   /// Inserts the elements of another table, in its order, into this empty one; both hold plain
@@ -383,6 +381,22 @@ class HashedStorage : public Usable {
       ~GiveBack() { memory.deallocate(link); }
     } const give_back{memory_, link};
     element(link).~Element();
+  }
+
+  // Removes the node that `link` leads to; how many that are: 1.
+  std::uint32_t remove(NodeLink& link) {
+    if constexpr (plain_elements) {
+      const NodeLink node = link;
+      link = element(node).next;
+      --size_;
+      count_change();
+      memory_.deallocate(node);
+      return 1;
+    } else {
+      Unlinked unlinked(*this);
+      unlinked.take(link);
+      return unlinked.destroy();
+    }
   }
 
   void destroy_chain(NodeLink& first) {

@@ -10,6 +10,7 @@
 #define ZRB_PLUGIN_KEYS_IN_USE_H
 
 #include <cstdint>
+#include <utility>
 
 #include "host/locked_handle.h"
 #include "keys/finish.h"

@@ -217,7 +217,7 @@ class OrderedStorage : public Usable {
       }
       if (leaves != no_node) destroy_or_put_off(leaves, *end);
     }
-    if (size_ == 0 && !is_used_by_several()) tree_.memory().release_all();
+    if (size_ == 0 && put_off_ == no_node && !is_used_by_several()) tree_.memory().release_all();
   }
 
   /// Takes on the elements of another tree, which must be plain, into this empty one. O(n).

@@ -88,8 +88,13 @@ const Plain& RoutineTest::observe(const Routine& routine, int elements, Given gi
 
 std::vector<std::size_t> RoutineTest::calls_to_fail(const Plain& plain) {
   const std::size_t count = plain.calls.size();
+#ifdef __SANITIZE_ADDRESS__
+  std::size_t at_ends = 10;  // each run takes several times as long
+  std::size_t between = 5;
+#else
   std::size_t at_ends = 40;
   std::size_t between = 20;
+#endif
   if (plain.is_large()) at_ends = between = count > 1000 ? 2 : 3;
   std::vector<std::size_t> chosen;
   for (std::size_t n = 1; n <= count; ++n) {
