@@ -65,8 +65,8 @@ class RoutineTest : public support::ClassTest {
   const Plain& observe(const Routine& routine, int elements, Given given);
 
   /// The calls, counted from 1, at which to set a fault: all, but where a routine makes more than
-  /// a hundred and twenty (thirty under the sanitizers, nine on large containers), the first and the
-  /// last ones and some between: a scene is to be set for each.
+  /// a hundred and twenty (thirty under the sanitizers, nine on large containers), the first and
+  /// the last ones and some between: a scene is to be set for each.
   static std::vector<std::size_t> calls_to_fail(const Plain& plain);
 
   /// What is wrong with the container by itself, "" for nothing: the walk from first to last and
