@@ -57,9 +57,7 @@ struct PositionalAccess {
     const LockedObject held_instance(instance);
     auto& data = container_data<C>(instance);
     for (int attempts = 0; attempts < search_attempts; ++attempts) {
-      if (data.keysCache != nullptr || data.storage == nullptr) return;
-      if (!try_to_build_arrays(data)) continue;
-      return;
+      if (data.keysCache != nullptr || data.storage == nullptr || try_to_build_arrays(data)) return;
     }
   }
 

@@ -73,7 +73,7 @@ struct SetOperations : private KeyedAccess<C> {
       const StoredKey key = fetch_key(keys, index);
       if (container_data<C>(instance).storage == nullptr) return;  // destroyed by what it called
       insert(instance, C::Key::lend(key));
-      if (index == std::numeric_limits<std::int32_t>::max()) return;
+      if (index == std::numeric_limits<std::int32_t>::max()) return;  // as far as an index counts
     }
   }
 };

@@ -172,10 +172,9 @@ class OrderedStorage : public Usable {
       const NodeLink found = find_plain(key);
       return found == no_node ? 0 : remove_one(found);
     }
-    Range range;
     for (int attempts = 0; attempts < search_attempts; ++attempts) {
       const std::uint32_t changes_before = changes();
-      range = equal_range(key);
+      const Range range = equal_range(key);
       if (changes() == changes_before) return remove_range(range.first, range.last);
     }
     return 0;
