@@ -355,16 +355,16 @@ class HashedStorage : public Usable {
     std::uint32_t count_ = 0;
   };
 
-  Element& element(NodeLink link) const { return *static_cast<Element*>(memory_.at(link)); }
+  Element& element(NodeLink link) const { return *static_cast<Element*>(node_at(link)); }
 
   template <class Probe>
   NodeLink create(const Probe& key) {
     const NodeLink link = memory_.allocate();
     if constexpr (std::is_nothrow_copy_constructible_v<Key>) {
-      new (memory_.at(link)) Element(key);
+      new (node_at(link)) Element(key);
     } else {
       try {
-        new (memory_.at(link)) Element(key);
+        new (node_at(link)) Element(key);
       } catch (...) {
         memory_.deallocate(link);
         throw;
@@ -432,9 +432,15 @@ class HashedStorage : public Usable {
   // buckets ahead, and for the second one when the first has come.
   ZRB_ALWAYS_INLINE void prefetch_ahead(std::uint32_t bucket) const {
     if (size_ < cached_elements || buckets_.count - bucket <= buckets_ahead) return;
-    prefetch(memory_.at(buckets_[bucket + buckets_ahead]));
-    const NodeLink sooner = buckets_[bucket + buckets_ahead / 2];
-    prefetch(memory_.at(static_cast<const ChainLink*>(memory_.at(sooner))->next));
+    prefetch(node_or_nothing(buckets_[bucket + buckets_ahead]));
+    const auto* sooner =
+        static_cast<const ChainLink*>(node_or_nothing(buckets_[bucket + buckets_ahead / 2]));
+    prefetch(node_or_nothing(sooner->next));
+  }
+
+  // What may be read, and prefetched at no cost, in either case.
+  const void* node_or_nothing(NodeLink link) const {
+    return unpredictable(link == no_node) ? &nothing_ : node_at(link);
   }
 
   template <class Probe>
@@ -565,8 +571,8 @@ class HashedStorage : public Usable {
     finish_stage();
   }
 
-  ChainLink nothing_;  // what `no_node` leads to: a chain that ends there
-  NodeMemory memory_{sizeof(Element), &nothing_};
+  ChainLink nothing_;
+  NodeMemory memory_{sizeof(Element)};
   Buckets buckets_;
   std::uint32_t size_ = 0;
   NodeLink put_off_ = no_node;  // taken out, to be destroyed when the outermost operation ends

@@ -83,7 +83,7 @@ class OrderedStorage : public Usable {
 
   /// The smallest element, or the end. O(1).
   Position begin() { return position(tree_.smallest()); }
-  Position end() { return position(no_node); }
+  Position end() { return position(nil()); }
 
   /// Moves to the next larger element, from the largest to the end; stays at the end. O(log n).
   static void advance(Position& position) {
@@ -116,8 +116,8 @@ class OrderedStorage : public Usable {
     const SearchUse use(*this);
     if constexpr (plain_keys) return position(find_plain(key));
     return position(search_again([&] {
-      const NodeLink found = lower_bound_below(tree_.root(), no_node, key);
-      return found == no_node || Less{}(key, key_at(found)) ? no_node : found;
+      const NodeLink found = lower_bound_below(tree_.root(), nil(), key);
+      return found == nil() || Less{}(key, key_at(found)) ? nil() : found;
     }));
   }
 
@@ -131,14 +131,14 @@ class OrderedStorage : public Usable {
   template <class Probe>
   Position lower_bound(const Probe& key) {
     const SearchUse use(*this);
-    return position(search_again([&] { return lower_bound_below(tree_.root(), no_node, key); }));
+    return position(search_again([&] { return lower_bound_below(tree_.root(), nil(), key); }));
   }
 
   /// The first element whose key is greater than `key`, or the end. O(log n).
   template <class Probe>
   Position upper_bound(const Probe& key) {
     const SearchUse use(*this);
-    return position(search_again([&] { return upper_bound_below(tree_.root(), no_node, key); }));
+    return position(search_again([&] { return upper_bound_below(tree_.root(), nil(), key); }));
   }
 
   /// The element with this key; if there is none, a new one with an empty value. O(log n); O(1)
@@ -170,7 +170,7 @@ class OrderedStorage : public Usable {
     const RemovalUse use(*this);
     if constexpr (plain_keys) {
       const NodeLink found = find_plain(key);
-      return found == no_node ? 0 : remove_one(found);
+      return found == nil() ? 0 : remove_one(found);
     }
     for (int attempts = 0; attempts < search_attempts; ++attempts) {
       const std::uint32_t changes_before = changes();
@@ -184,7 +184,7 @@ class OrderedStorage : public Usable {
   void erase(Position position) {
     if (position.is_end()) return;
     const RemovalUse use(*this);
-    remove_one(tree_.link_of(position.node));
+    remove_one(link_to(position.node));
   }
 
   /// Removes the elements from `first` up to but not including `last`; how many went. O(k log n)
@@ -196,7 +196,7 @@ class OrderedStorage : public Usable {
       clear();
       return removed;
     }
-    return remove_range(tree_.link_of(first.node), tree_.link_of(last.node));
+    return remove_range(link_to(first.node), link_to(last.node));
   }
 
   /// Removes every element and gives their memory back. O(n).
@@ -210,7 +210,7 @@ class OrderedStorage : public Usable {
       // The tree is empty to whoever looks; `rest` is taken apart without rebalancing.
       NodeLink leaves = no_node;  // chained by their right links
       NodeLink* end = &leaves;
-      while (rest != no_node) {
+      while (rest != nil()) {
         *end = tree_.take_leaf(rest);
         end = &tree_.at(*end).right;
       }
@@ -234,22 +234,24 @@ class OrderedStorage : public Usable {
   using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<OrderedStorage>>;
   using RemovalUse = ElementUse;
 
+  // The links from `first` up to but not including `last`.
   struct Range {
-    NodeLink first = no_node;
-    NodeLink last = no_node;
+    NodeLink first;
+    NodeLink last;
   };
 
   // Where a key is, or else where it belongs.
   struct Place {
-    NodeLink present = no_node;
-    NodeLink parent = no_node;
-    bool as_left_child = true;
+    NodeLink present;
+    NodeLink parent;
+    bool as_left_child;
   };
 
+  NodeLink nil() const { return tree_.nil(); }
   Position position(NodeLink node) { return {&tree_.at(node), this}; }
   Element& element(NodeLink node) const { return static_cast<Element&>(tree_.at(node)); }
   const Key& key_at(NodeLink node) const { return element(node).key; }
-  NodeLink link_after(NodeLink node) { return tree_.link_of(tree_.successor(&tree_.at(node))); }
+  NodeLink link_after(NodeLink node) { return link_to(tree_.successor(&tree_.at(node))); }
 
   // Runs a search that gives a node, again if the tree changed under it.
   template <class Search>
@@ -259,7 +261,7 @@ class OrderedStorage : public Usable {
       const NodeLink found = search();
       if (plain_keys || changes() == changes_before) return found;
     }
-    return no_node;
+    return nil();
   }
 
   // The bounds within the subtree at `node`; `otherwise` when it has no such element. They end
@@ -277,10 +279,10 @@ class OrderedStorage : public Usable {
   template <class IsBefore>
   NodeLink bound_below(NodeLink node, NodeLink otherwise, IsBefore is_before) const {
     const std::uint32_t changes_before = changes();
-    while (node != no_node) {
+    while (node != nil()) {
       const Element& at_node = element(node);
       const bool before = is_before(at_node.key);
-      if (!plain_keys && changes() != changes_before) return no_node;
+      if (!plain_keys && changes() != changes_before) return nil();
       otherwise = before ? otherwise : node;
       node = before ? at_node.right : at_node.left;
     }
@@ -291,7 +293,7 @@ class OrderedStorage : public Usable {
   // time.
   NodeLink find_plain(const Key& key) const {
     NodeLink node = tree_.root();
-    while (node != no_node) {
+    while (node != nil()) {
       const Element& at_node = element(node);
       if (key == at_node.key) break;
       node = unpredictable(Less{}(key, at_node.key)) ? at_node.left : at_node.right;
@@ -300,10 +302,10 @@ class OrderedStorage : public Usable {
   }
 
   Place search_place_plain(const Key& key) const {
-    Place place;
-    for (NodeLink node = tree_.root(); node != no_node;) {
+    Place place = root_place();
+    for (NodeLink node = tree_.root(); node != nil();) {
       const Element& at_node = element(node);
-      if (key == at_node.key) return {node, no_node, false};
+      if (key == at_node.key) return {node, nil(), false};
       place.parent = node;
       place.as_left_child = Less{}(key, at_node.key);
       node = unpredictable(place.as_left_child) ? at_node.left : at_node.right;
@@ -329,22 +331,25 @@ class OrderedStorage : public Usable {
   // Where a key goes that has no other place: the host changes the tree whenever it is asked.
   Place behind_the_largest() const { return {no_node, tree_.largest(), false}; }
 
+  // Where the first key of all goes.
+  Place root_place() const { return {no_node, nil(), true}; }
+
   template <class Probe>
   Place search_place(const Probe& key) {
     const std::uint32_t changes_before = changes();
-    Place place;
-    for (NodeLink node = tree_.root(); node != no_node;) {
+    Place place = root_place();
+    for (NodeLink node = tree_.root(); node != nil();) {
       const Element& at_node = element(node);
       place.parent = node;
       place.as_left_child = Less{}(key, at_node.key);
-      if (!plain_keys && changes() != changes_before) return {};
+      if (!plain_keys && changes() != changes_before) return root_place();
       node = place.as_left_child ? at_node.left : at_node.right;
     }
     // Only the element before the place found can have the same key; the header stands for none.
     const NodeLink before = place.as_left_child
-                                ? tree_.link_of(tree_.predecessor(&tree_.at(place.parent)))
+                                ? link_to(tree_.predecessor(&tree_.at(place.parent)))
                                 : place.parent;
-    if (before != no_node && !Less{}(key_at(before), key)) place.present = before;
+    if (before != nil() && !Less{}(key_at(before), key)) place.present = before;
     return place;
   }
 
@@ -353,8 +358,8 @@ class OrderedStorage : public Usable {
   template <class Probe>
   Range equal_range(const Probe& key) {
     const std::uint32_t changes_before = changes();
-    NodeLink larger = no_node;
-    for (NodeLink node = tree_.root(); node != no_node && changes() == changes_before;) {
+    NodeLink larger = nil();
+    for (NodeLink node = tree_.root(); node != nil() && changes() == changes_before;) {
       const Element& at_node = element(node);
       if (Less{}(at_node.key, key)) {
         node = at_node.right;
@@ -374,7 +379,7 @@ class OrderedStorage : public Usable {
     NodeMemory& memory = tree_.memory();
     const NodeLink node = memory.allocate();
     try {
-      new (memory.at(node)) Element(key);
+      new (node_at(node)) Element(key);
     } catch (...) {
       memory.deallocate(node);
       throw;
@@ -398,7 +403,7 @@ class OrderedStorage : public Usable {
     NodeLink unlinked = no_node;  // chained by their right links
     NodeLink* end = &unlinked;
     std::uint32_t removed = 0;
-    while (first != last && first != no_node) {
+    while (first != last && first != nil()) {
       const NodeLink next = link_after(first);
       tree_.remove(first);
       *end = first;

@@ -1,21 +1,32 @@
 #include "keys/red_black_tree.h"
 
-#include "keys/hints.h"
+#include <cstring>
+#include <new>
 
-NodeLink RedBlackTree::link_of(const TreeLinks* node) const {
-  if (node == &header_) return no_node;
-  const NodeLink parent = node->parent();
-  if (parent == no_node) return root();
-  const TreeLinks& links = at(parent);
-  return &at(links.left) == node ? links.left : links.right;
+#include "keys/hints.h"
+#include "keys/node_blocks.h"
+
+RedBlackTree::RedBlackTree(std::uint32_t node_size)
+    : header_(new (allocate_node_block(smallest_node_block)) TreeLinks),
+      nil_(link_to(header_)),
+      memory_(node_size) {
+  forget_all();
+}
+
+RedBlackTree::~RedBlackTree() {
+  release_node_block(reinterpret_cast<std::byte*>(header_), smallest_node_block);
+}
+
+void RedBlackTree::forget_all() {
+  header_->parent_and_colour = header_->left = header_->right = nil_;
 }
 
 // Whoever steps will step on: asks for the nodes that lie ahead, below those that come next.
 template <RedBlackTree::Child Forwards, RedBlackTree::Child Backwards>
 TreeLinks* RedBlackTree::step(TreeLinks* node) const {
-  if (node->*Forwards != no_node) {
+  if (node->*Forwards != nil_) {
     TreeLinks* found = &at(node->*Forwards);
-    while (found->*Backwards != no_node) {
+    while (found->*Backwards != nil_) {
       prefetch(&at(found->*Forwards));
       found = &at(found->*Backwards);
     }
@@ -25,13 +36,13 @@ TreeLinks* RedBlackTree::step(TreeLinks* node) const {
   // Up, to the first node that is reached from the side it is not to be left on.
   NodeLink link = node->parent();
   TreeLinks* above = &at(link);
-  if (link != no_node && &at(above->*Forwards) == node) {
+  if (link != nil_ && &at(above->*Forwards) == node) {
     NodeLink below;
     do {
       below = link;
       link = above->parent();
       above = &at(link);
-    } while (link != no_node && above->*Forwards == below);
+    } while (link != nil_ && above->*Forwards == below);
   }
   prefetch(&at(at(above->*Forwards).*Backwards));
   return above;
@@ -42,14 +53,14 @@ TreeLinks* RedBlackTree::successor(TreeLinks* node) const {
 }
 
 TreeLinks* RedBlackTree::predecessor(TreeLinks* node) const {
-  if (node == &header_) return &at(largest());
+  if (node == header_) return &at(largest());
   return step<&TreeLinks::left, &TreeLinks::right>(node);
 }
 
 // Makes `replacement` the child that `node` was to its parent.
 void RedBlackTree::replace_in_parent(NodeLink parent, NodeLink node, NodeLink replacement) {
-  if (parent == no_node) {
-    header_.parent_and_colour = replacement;
+  if (parent == nil_) {
+    header_->parent_and_colour = replacement;
   } else {
     TreeLinks& above = at(parent);
     (above.left == node ? above.left : above.right) = replacement;
@@ -59,7 +70,7 @@ void RedBlackTree::replace_in_parent(NodeLink parent, NodeLink node, NodeLink re
 void RedBlackTree::replace_child(NodeLink node, NodeLink replacement) {
   const NodeLink parent = at(node).parent();
   replace_in_parent(parent, node, replacement);
-  if (replacement != no_node) at(replacement).set_parent(parent);
+  if (replacement != nil_) at(replacement).set_parent(parent);
 }
 
 // Lets the child on the other side rise; `node` becomes its child on `side`. Gives the riser.
@@ -71,7 +82,7 @@ NodeLink RedBlackTree::rotate(NodeLink node) {
   const NodeLink parent = sinker.parent();
   const NodeLink inner = riser.*side;
   sinker.*other = inner;
-  if (inner != no_node) at(inner).set_parent(node);
+  if (inner != nil_) at(inner).set_parent(node);
   riser.*side = node;
   riser.set_parent(parent);
   sinker.set_parent(riser_link);
@@ -110,7 +121,7 @@ void RedBlackTree::repair_red_child(NodeLink node, NodeLink parent) {
     uncle.make_black();
     node = grandparent;
     parent = top.parent();
-    if (parent == no_node) break;  // the root stays black
+    if (parent == nil_) break;  // the root stays black
     top.make_red();
   }
 }
@@ -145,7 +156,7 @@ bool RedBlackTree::gain_black(NodeLink parent) {
 }
 
 void RedBlackTree::repair_missing_black(NodeLink node, NodeLink parent) {
-  while (parent != no_node && !is_red(node)) {
+  while (parent != nil_ && !is_red(node)) {
     const bool done = node == at(parent).left
                           ? gain_black<&TreeLinks::left, &TreeLinks::right>(parent)
                           : gain_black<&TreeLinks::right, &TreeLinks::left>(parent);
@@ -153,45 +164,45 @@ void RedBlackTree::repair_missing_black(NodeLink node, NodeLink parent) {
     node = parent;
     parent = at(node).parent();
   }
-  if (node != no_node) at(node).make_black();
+  if (node != nil_) at(node).make_black();
 }
 
 void RedBlackTree::insert(NodeLink node, NodeLink parent, bool as_left_child) {
   TreeLinks& links = at(node);
-  links.left = links.right = no_node;
+  links.left = links.right = nil_;
   links.parent_and_colour = parent;
-  if (parent == no_node) {
-    header_.parent_and_colour = header_.left = header_.right = node;
+  if (parent == nil_) {
+    header_->parent_and_colour = header_->left = header_->right = node;
     return;  // the root, which is black
   }
   links.make_red();
   TreeLinks& above = at(parent);
   if (as_left_child) {
     above.left = node;
-    if (parent == header_.left) header_.left = node;
+    if (parent == header_->left) header_->left = node;
   } else {
     above.right = node;
-    if (parent == header_.right) header_.right = node;
+    if (parent == header_->right) header_->right = node;
   }
   repair_red_child(node, parent);
 }
 
 void RedBlackTree::remove(NodeLink node) {
   TreeLinks& links = at(node);
-  if (node == header_.left) header_.left = link_of(successor(&links));
-  if (node == header_.right) header_.right = link_of(predecessor(&links));
+  if (node == header_->left) header_->left = link_to(successor(&links));
+  if (node == header_->right) header_->right = link_to(predecessor(&links));
 
   bool removed_red = links.is_red();
   NodeLink moved_up;         // takes the place that loses a node; may be missing
   NodeLink moved_up_parent;  // so its parent is kept apart
-  if (links.left == no_node || links.right == no_node) {
-    moved_up = links.left != no_node ? links.left : links.right;
+  if (links.left == nil_ || links.right == nil_) {
+    moved_up = links.left != nil_ ? links.left : links.right;
     moved_up_parent = links.parent();
     replace_child(node, moved_up);
   } else {
     // The successor, which has no left child, takes over the node's place and colour.
     NodeLink heir = links.right;
-    while (at(heir).left != no_node) heir = at(heir).left;
+    while (at(heir).left != nil_) heir = at(heir).left;
     TreeLinks& heir_links = at(heir);
     removed_red = heir_links.is_red();
     moved_up = heir_links.right;
@@ -212,19 +223,71 @@ void RedBlackTree::remove(NodeLink node) {
 
 NodeLink RedBlackTree::take_leaf(NodeLink& cursor) const {
   NodeLink leaf = cursor;
-  while (at(leaf).left != no_node || at(leaf).right != no_node) {
-    leaf = at(leaf).left != no_node ? at(leaf).left : at(leaf).right;
+  while (at(leaf).left != nil_ || at(leaf).right != nil_) {
+    leaf = at(leaf).left != nil_ ? at(leaf).left : at(leaf).right;
   }
   const NodeLink parent = at(leaf).parent();
-  if (parent != no_node) {
+  if (parent != nil_) {
     TreeLinks& above = at(parent);
-    (above.left == leaf ? above.left : above.right) = no_node;
+    (above.left == leaf ? above.left : above.right) = nil_;
   }
   cursor = parent;
   return leaf;
 }
 
+// Copies the nodes in preorder, so that a copy's nodes follow each other in memory. What is still to
+// be copied are the right children of nodes that were: no more than the tree is deep.
 void RedBlackTree::copy_from(const RedBlackTree& other) {
-  memory_.copy_from(other.memory_);
-  header_ = other.header_;
+  struct Subtree {
+    NodeLink source;
+    NodeLink parent;  // in the copy
+  };
+  Subtree pending[deepest_tree];
+  std::size_t pending_count = 0;
+  const std::uint32_t node_size = memory_.node_size();
+  const auto copy_below = [&](NodeLink source, NodeLink parent) {
+    const NodeLink copy = memory_.allocate();
+    TreeLinks& links = at(copy);
+    std::memcpy(static_cast<void*>(&links), &at(source), node_size);
+    links.set_parent(parent);
+    return copy;
+  };
+  try {
+    NodeLink source = other.root();
+    NodeLink parent = nil_;
+    NodeLink* place = &header_->parent_and_colour;
+    for (;;) {
+      // Down along the left children.
+      while (source != other.nil_) {
+        const NodeLink copy = copy_below(source, parent);
+        *place = copy;
+        TreeLinks& links = at(copy);
+        prefetch(&at(links.right));
+        pending[pending_count] = {links.right, copy};
+        pending_count += links.right != other.nil_ ? 1 : 0;
+        parent = copy;
+        source = links.left;
+        place = &links.left;
+        links.right = nil_;
+      }
+      *place = nil_;
+      if (pending_count == 0) break;
+      const Subtree& next = pending[--pending_count];
+      source = next.source;
+      parent = next.parent;
+      place = &at(parent).right;
+    }
+  } catch (...) {
+    forget_all();
+    memory_.release_all();
+    throw;
+  }
+  header_->left = outermost<&TreeLinks::left>(root());
+  header_->right = outermost<&TreeLinks::right>(root());
+}
+
+template <RedBlackTree::Child side>
+NodeLink RedBlackTree::outermost(NodeLink node) const {
+  while (at(node).*side != nil_) node = at(node).*side;
+  return node;
 }

@@ -4,11 +4,11 @@
 // node down to a missing child meets the same number of black nodes. So the longest path is at most
 // twice as long as the shortest, and a tree of n nodes is at most 2 * log2(n + 1) deep.
 //
-// Layout. A node's links are three 32-bit words (node_memory.h): its children, and its parent with
+// Layout. A node's links are three 32-bit words (node_links.h): its children, and its parent with
 // the colour in the lowest bit, which no link uses. A map from integers to integers so takes 20
 // bytes a node.
 //
-// A header stands above the root, under the link `no_node`: its parent is the root, its left and
+// A header stands above the root, under the link `nil()`: its parent is the root, its left and
 // right are the smallest and the largest node. It is the end position, it is black, and all three
 // lead back to it in an empty tree. So a missing child counts as black without a test for it.
 //
@@ -19,6 +19,7 @@
 #ifndef ZRB_PLUGIN_KEYS_RED_BLACK_TREE_H
 #define ZRB_PLUGIN_KEYS_RED_BLACK_TREE_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "keys/node_memory.h"
@@ -43,21 +44,23 @@ struct TreeLinks {
 /// The tree and the memory of its nodes, each of which begins with its links.
 class RedBlackTree {
  public:
-  /// `node_size`: bytes, a multiple of 4.
-  explicit RedBlackTree(std::uint32_t node_size) : memory_(node_size, &header_) {}
+  /// `node_size`: bytes, a multiple of 4. std::bad_alloc when there is no memory for the header.
+  explicit RedBlackTree(std::uint32_t node_size);
   RedBlackTree(const RedBlackTree&) = delete;
   RedBlackTree& operator=(const RedBlackTree&) = delete;
+  ~RedBlackTree();
 
   NodeMemory& memory() { return memory_; }
-  TreeLinks* header() { return &header_; }
+  TreeLinks* header() const { return header_; }
 
-  /// The node that a link leads to; the header for `no_node`.
-  TreeLinks& at(NodeLink link) const { return *static_cast<TreeLinks*>(memory_.at(link)); }
-  NodeLink root() const { return header_.parent_and_colour; }
-  NodeLink smallest() const { return header_.left; }
-  NodeLink largest() const { return header_.right; }
-  /// The link that leads to a node. O(1).
-  NodeLink link_of(const TreeLinks* node) const;
+  /// The link that leads to the header, and stands for a missing child.
+  NodeLink nil() const { return nil_; }
+
+  /// The node that a link leads to.
+  static TreeLinks& at(NodeLink link) { return *static_cast<TreeLinks*>(node_at(link)); }
+  NodeLink root() const { return header_->parent_and_colour; }
+  NodeLink smallest() const { return header_->left; }
+  NodeLink largest() const { return header_->right; }
 
   /// In-order neighbours. The successor of the largest node is the header, the predecessor of the
   /// header the largest node, of the smallest node the header. O(log n), O(1) on average.
@@ -65,7 +68,7 @@ class RedBlackTree {
   TreeLinks* predecessor(TreeLinks* node) const;
 
   /// Links a new node as the left or right child of `parent`, a node that has no such child (or
-  /// `no_node` in an empty tree), and rebalances. O(log n), O(1) amortised.
+  /// `nil()` in an empty tree), and rebalances. O(log n), O(1) amortised.
   void insert(NodeLink node, NodeLink parent, bool as_left_child);
 
   /// Unlinks a node and rebalances; all other nodes stay where they are in memory. O(log n), O(1)
@@ -73,10 +76,10 @@ class RedBlackTree {
   void remove(NodeLink node);
 
   /// Forgets all nodes; their memory stays in use.
-  void forget_all() { header_ = TreeLinks(); }
+  void forget_all();
 
   /// Takes a tree apart that was forgotten: unlinks some leaf of what is left below and around
-  /// `cursor`, first the former root, which moves on to the next place to look and is `no_node`
+  /// `cursor`, first the former root, which moves on to the next place to look and is `nil()`
   /// when all is gone. O(1) amortised; neither rebalances nor recurses.
   NodeLink take_leaf(NodeLink& cursor) const;
 
@@ -87,8 +90,13 @@ class RedBlackTree {
  private:
   using Child = NodeLink TreeLinks::*;
 
-  bool is_red(NodeLink node) const { return at(node).is_red(); }
+  // 2 * log2(n + 1) for as many nodes as links can lead to.
+  static constexpr std::size_t deepest_tree = 64;
 
+  static bool is_red(NodeLink node) { return at(node).is_red(); }
+
+  template <Child side>
+  NodeLink outermost(NodeLink node) const;
   template <Child Forwards, Child Backwards>
   TreeLinks* step(TreeLinks* node) const;
   void replace_in_parent(NodeLink parent, NodeLink node, NodeLink replacement);
@@ -102,7 +110,8 @@ class RedBlackTree {
   bool gain_black(NodeLink parent);
   void repair_missing_black(NodeLink node, NodeLink parent);
 
-  TreeLinks header_;
+  TreeLinks* header_;
+  NodeLink nil_;
   NodeMemory memory_;
 };
 

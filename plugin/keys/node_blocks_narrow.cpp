@@ -1,0 +1,12 @@
+// Blocks of a 32-bit process, where every address fits a link: the heap's.
+#include <new>
+
+#include "keys/node_blocks.h"
+
+std::byte* allocate_node_block(std::uint32_t bytes) {
+  return static_cast<std::byte*>(::operator new(bytes));
+}
+
+void release_node_block(std::byte* block, std::uint32_t) noexcept {
+  ::operator delete(block);
+}

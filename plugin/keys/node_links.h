@@ -1,0 +1,41 @@
+// Links to nodes: 32 bits wide in every build, so that nodes stay small.
+//
+// In a 32-bit process a link is the node's address. In a 64-bit one, all nodes lie in one region of
+// the address space (node_blocks_wide.cpp), and a link is the offset in it, in units of two bytes.
+// Either way a link becomes an address within one instruction, and an address a link; nodes of half
+// the size are what fits the cache twice as often.
+//
+// Nodes are aligned to four bytes, so the lowest bit of a link is 0 and free for a flag.
+#ifndef ZRB_PLUGIN_KEYS_NODE_LINKS_H
+#define ZRB_PLUGIN_KEYS_NODE_LINKS_H
+
+#include <cstddef>
+#include <cstdint>
+
+using NodeLink = std::uint32_t;
+
+/// Leads to no node.
+inline constexpr NodeLink no_node = 0;
+
+/// Where the region begins; only in a 64-bit process, and not before the first block of memory.
+extern std::byte* node_region;
+
+/// Where a node lies. For `no_node`, an address that must not be read.
+inline void* node_at(NodeLink link) {
+  if constexpr (sizeof(void*) == sizeof link) {
+    return reinterpret_cast<void*>(std::uintptr_t{link});
+  } else {
+    return node_region + std::size_t{link} * 2;
+  }
+}
+
+/// The link that leads to a node.
+inline NodeLink link_to(const void* node) {
+  if constexpr (sizeof(void*) == sizeof(NodeLink)) {
+    return static_cast<NodeLink>(reinterpret_cast<std::uintptr_t>(node));
+  } else {
+    return static_cast<NodeLink>((static_cast<const std::byte*>(node) - node_region) / 2);
+  }
+}
+
+#endif
