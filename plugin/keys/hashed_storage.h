@@ -267,6 +267,7 @@ class HashedStorage : public Usable {
   }
 
  private:
+  using Searched = Entry<ChainLink, Key, NoValue>;
   friend struct HashedStorageInspector;  // the invariant checker of the tests
   friend class InUse<HashedStorage>;
 
@@ -432,21 +433,24 @@ class HashedStorage : public Usable {
   // buckets ahead, and for the second one when the first has come.
   ZRB_ALWAYS_INLINE void prefetch_ahead(std::uint32_t bucket) const {
     if (size_ < cached_elements || buckets_.count - bucket <= buckets_ahead) return;
-    prefetch(node_or_nothing(buckets_[bucket + buckets_ahead]));
+    prefetch(readable_node_at(buckets_[bucket + buckets_ahead]));
     const auto* sooner =
-        static_cast<const ChainLink*>(node_or_nothing(buckets_[bucket + buckets_ahead / 2]));
-    prefetch(node_or_nothing(sooner->next));
-  }
-
-  // What may be read, and prefetched at no cost, in either case.
-  const void* node_or_nothing(NodeLink link) const {
-    return unpredictable(link == no_node) ? &nothing_ : node_at(link);
+        static_cast<const ChainLink*>(readable_node_at(buckets_[bucket + buckets_ahead / 2]));
+    prefetch(readable_node_at(sooner->next));
   }
 
   template <class Probe>
   NodeLink find_link(std::uint32_t hash, const Probe& key) {
     if constexpr (plain_keys) {
-      NodeLink link = buckets_[buckets_.of(hash)];
+      // Most chains have no more than two nodes. Where one ends before, zeros are read and
+      // compared instead, which is no element either; a test for the end would be guessed wrong.
+      const NodeLink first = buckets_[buckets_.of(hash)];
+      const auto* const one = static_cast<const Searched*>(readable_node_at(first));
+      if (Equal{}(one->key, key)) return first;
+      const NodeLink second = one->next;
+      const auto* const two = static_cast<const Searched*>(readable_node_at(second));
+      if (Equal{}(two->key, key)) return second;
+      NodeLink link = two->next;
       while (link != no_node && !Equal{}(element(link).key, key)) link = element(link).next;
       return link;
     } else {
@@ -571,7 +575,6 @@ class HashedStorage : public Usable {
     finish_stage();
   }
 
-  ChainLink nothing_;
   NodeMemory memory_{sizeof(Element)};
   Buckets buckets_;
   std::uint32_t size_ = 0;

@@ -33,7 +33,17 @@
 #define ASAN_UNPOISON_MEMORY_REGION(address, size) static_cast<void>(0)
 #endif
 
-std::byte* node_region = nullptr;
+const std::uint64_t zero_node[8] = {};
+
+namespace {
+
+// What `no_node` leads to before there is a region; never written to.
+std::byte* const without_region =
+    reinterpret_cast<std::byte*>(const_cast<std::uint64_t*>(zero_node));
+
+}  // namespace
+
+std::byte* node_region = without_region;
 
 namespace {
 
@@ -68,10 +78,10 @@ class Region {
 
   // Gives the addresses back, unless some are still in use.
   void dissolve() {
-    if (node_region == nullptr || used_ != 0) return;
+    if (node_region == without_region || used_ != 0) return;
     ASAN_UNPOISON_MEMORY_REGION(node_region, chunk_count_ * chunk_bytes);
     ::munmap(node_region, reserved_bytes());
-    node_region = nullptr;
+    node_region = without_region;
   }
 
  private:
@@ -87,6 +97,7 @@ class Region {
       void* const region = ::mmap(nullptr, reserved_bytes(), PROT_NONE,
                                   MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
       if (region == MAP_FAILED) continue;
+      if (::mprotect(region, sizeof zero_node, PROT_READ) != 0) throw std::bad_alloc();
       node_region = static_cast<std::byte*>(region);
       blocks_.manage(node_region, reinterpret_cast<std::uint8_t*>(unit_bytes_of(0)));
       return;
@@ -97,7 +108,7 @@ class Region {
   // The first unit of a chunk with memory. The first chunk of all stays without: no node may have
   // the link `no_node`.
   std::uint32_t take_chunk() {
-    if (node_region == nullptr) reserve();
+    if (node_region == without_region) reserve();
     const auto first = states_.begin() + 1;
     const auto end = states_.begin() + static_cast<std::ptrdiff_t>(chunk_count_);
     auto chosen = kept_ == 0 ? end : std::find(first, end, ChunkState::kept);

@@ -18,7 +18,10 @@ using NodeLink = std::uint32_t;
 inline constexpr NodeLink no_node = 0;
 
 /// Where the region begins; only in a 64-bit process, and not before the first block of memory.
-extern std::byte* node_region;
+[[gnu::visibility("hidden")]] extern std::byte* node_region;
+
+/// As many zero bytes as a node has at most.
+[[gnu::visibility("hidden")]] extern const std::uint64_t zero_node[8];
 
 /// Where a node lies. For `no_node`, an address that must not be read.
 inline void* node_at(NodeLink link) {
@@ -26,6 +29,17 @@ inline void* node_at(NodeLink link) {
     return reinterpret_cast<void*>(std::uintptr_t{link});
   } else {
     return node_region + std::size_t{link} * 2;
+  }
+}
+
+/// Where a node lies; for `no_node`, bytes that are zero, which may be read. Without a branch.
+inline const void* readable_node_at(NodeLink link) {
+  if constexpr (sizeof(void*) == sizeof link) {
+    const auto zeros = reinterpret_cast<std::uintptr_t>(zero_node);
+    const auto instead = zeros & (std::uintptr_t{link != no_node} - 1);
+    return reinterpret_cast<const void*>(link | instead);
+  } else {
+    return node_at(link);  // the region begins with zeros
   }
 }
 

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::size_t doubling_limit = 1024;  // bytes in a block; see the head of node_memory.h
+constexpr std::size_t doubling_limit = 4096;  // bytes in a block; see the head of node_memory.h
 constexpr std::size_t later_growth = 8;       // from then on, an eighth of what there is
 
 }  // namespace

@@ -221,7 +221,7 @@ class OrderedStorage : public Usable {
 
   /// Takes on the elements of another tree, which must be plain, into this empty one. O(n).
   void copy_from(const OrderedStorage& other) requires plain_elements {
-    tree_.copy_from(other.tree_);
+    tree_.copy_from<Element>(other.tree_);
     size_ = other.size_;
     count_change();
   }

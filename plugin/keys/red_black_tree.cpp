@@ -1,6 +1,5 @@
 #include "keys/red_black_tree.h"
 
-#include <cstring>
 #include <new>
 
 #include "keys/hints.h"
@@ -233,61 +232,4 @@ NodeLink RedBlackTree::take_leaf(NodeLink& cursor) const {
   }
   cursor = parent;
   return leaf;
-}
-
-// Copies the nodes in preorder, so that a copy's nodes follow each other in memory. What is still to
-// be copied are the right children of nodes that were: no more than the tree is deep.
-void RedBlackTree::copy_from(const RedBlackTree& other) {
-  struct Subtree {
-    NodeLink source;
-    NodeLink parent;  // in the copy
-  };
-  Subtree pending[deepest_tree];
-  std::size_t pending_count = 0;
-  const std::uint32_t node_size = memory_.node_size();
-  const auto copy_below = [&](NodeLink source, NodeLink parent) {
-    const NodeLink copy = memory_.allocate();
-    TreeLinks& links = at(copy);
-    std::memcpy(static_cast<void*>(&links), &at(source), node_size);
-    links.set_parent(parent);
-    return copy;
-  };
-  try {
-    NodeLink source = other.root();
-    NodeLink parent = nil_;
-    NodeLink* place = &header_->parent_and_colour;
-    for (;;) {
-      // Down along the left children.
-      while (source != other.nil_) {
-        const NodeLink copy = copy_below(source, parent);
-        *place = copy;
-        TreeLinks& links = at(copy);
-        prefetch(&at(links.right));
-        pending[pending_count] = {links.right, copy};
-        pending_count += links.right != other.nil_ ? 1 : 0;
-        parent = copy;
-        source = links.left;
-        place = &links.left;
-        links.right = nil_;
-      }
-      *place = nil_;
-      if (pending_count == 0) break;
-      const Subtree& next = pending[--pending_count];
-      source = next.source;
-      parent = next.parent;
-      place = &at(parent).right;
-    }
-  } catch (...) {
-    forget_all();
-    memory_.release_all();
-    throw;
-  }
-  header_->left = outermost<&TreeLinks::left>(root());
-  header_->right = outermost<&TreeLinks::right>(root());
-}
-
-template <RedBlackTree::Child side>
-NodeLink RedBlackTree::outermost(NodeLink node) const {
-  while (at(node).*side != nil_) node = at(node).*side;
-  return node;
 }

@@ -21,7 +21,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 
+#include "keys/hints.h"
 #include "keys/node_memory.h"
 
 struct TreeLinks {
@@ -83,8 +85,9 @@ class RedBlackTree {
   /// when all is gone. O(1) amortised; neither rebalances nor recurses.
   NodeLink take_leaf(NodeLink& cursor) const;
 
-  /// Takes on the nodes of `other`, bit for bit, into this empty tree. Without memory for them it
-  /// stays empty: std::bad_alloc. O(bytes).
+  /// Takes on copies of the nodes of `other`, which are of the type Node, into this empty tree.
+  /// Without memory for them it stays empty: std::bad_alloc. O(n).
+  template <class Node>
   void copy_from(const RedBlackTree& other);
 
  private:
@@ -114,5 +117,55 @@ class RedBlackTree {
   NodeLink nil_;
   NodeMemory memory_;
 };
+
+// Copies the nodes in preorder, so that they follow each other in memory. What is still to be
+// copied at any time are the right children of nodes that were: no more than the tree is deep.
+template <class Node>
+void RedBlackTree::copy_from(const RedBlackTree& other) {
+  struct Subtree {
+    NodeLink source;
+    NodeLink parent;  // in the copy
+  };
+  Subtree pending[deepest_tree];
+  std::size_t pending_count = 0;
+  try {
+    NodeLink source = other.root();
+    NodeLink parent = nil_;
+    NodeLink* place = &header_->parent_and_colour;
+    for (;;) {
+      for (; source != other.nil_; place = &at(parent).left) {
+        const auto& from = static_cast<const Node&>(at(source));
+        const NodeLink copy = memory_.allocate();
+        auto* const to = new (node_at(copy)) Node(from);
+        to->set_parent(parent);
+        to->right = nil_;
+        *place = copy;
+        prefetch(&at(from.right));
+        pending[pending_count] = {from.right, copy};
+        pending_count += from.right != other.nil_ ? 1 : 0;
+        parent = copy;
+        source = from.left;
+      }
+      *place = nil_;
+      if (pending_count == 0) break;
+      const Subtree& next = pending[--pending_count];
+      source = next.source;
+      parent = next.parent;
+      place = &at(parent).right;
+    }
+  } catch (...) {
+    forget_all();
+    memory_.release_all();
+    throw;
+  }
+  header_->left = outermost<&TreeLinks::left>(root());
+  header_->right = outermost<&TreeLinks::right>(root());
+}
+
+template <RedBlackTree::Child side>
+NodeLink RedBlackTree::outermost(NodeLink node) const {
+  while (at(node).*side != nil_) node = at(node).*side;
+  return node;
+}
 
 #endif
