@@ -1,7 +1,5 @@
 #include "keys/buddy_blocks.h"
 
-#include <cstdint>
-
 void BuddyBlocks::manage(std::byte* start, std::uint8_t* free_orders) {
   start_ = start;
   free_orders_ = free_orders;
@@ -11,7 +9,7 @@ BuddyBlocks::FreeBlock& BuddyBlocks::at(std::uint32_t block) const {
   return *reinterpret_cast<FreeBlock*>(start_ + std::size_t{block} * unit_bytes);
 }
 
-void BuddyBlocks::push(std::uint32_t block, unsigned order) {
+void BuddyBlocks::add_free(std::uint32_t block, unsigned order) {
   const std::uint32_t next = first_[order] - 1;
   at(block) = {next, no_block};
   if (next != no_block) at(next).previous = block;
@@ -19,7 +17,7 @@ void BuddyBlocks::push(std::uint32_t block, unsigned order) {
   free_orders_[block] = static_cast<std::uint8_t>(order + 1);
 }
 
-void BuddyBlocks::remove(std::uint32_t block, unsigned order) {
+void BuddyBlocks::remove_free(std::uint32_t block, unsigned order) {
   const FreeBlock links = at(block);
   if (links.previous == no_block) {
     first_[order] = links.next + 1;
@@ -34,7 +32,7 @@ void BuddyBlocks::remove(std::uint32_t block, unsigned order) {
 std::uint32_t BuddyBlocks::halve(std::uint32_t block, unsigned order, unsigned wanted) {
   while (order > wanted) {
     --order;
-    push(block + (1U << order), order);
+    add_free(block + (1U << order), order);
   }
   return block;
 }
@@ -43,7 +41,7 @@ std::uint32_t BuddyBlocks::take(unsigned order) {
   for (unsigned larger = order; larger < chunk_order; ++larger) {
     if (first_[larger] == 0) continue;
     const std::uint32_t block = first_[larger] - 1;
-    remove(block, larger);
+    remove_free(block, larger);
     return halve(block, larger, order);
   }
   return no_block;
@@ -57,10 +55,10 @@ std::uint32_t BuddyBlocks::give_back(std::uint32_t block, unsigned order) {
   for (; order < chunk_order; ++order) {
     const std::uint32_t buddy = block ^ (1U << order);
     if (free_orders_[buddy] != order + 1) {
-      push(block, order);
+      add_free(block, order);
       return no_block;
     }
-    remove(buddy, order);
+    remove_free(buddy, order);
     block &= ~(1U << order);
   }
   return block;

@@ -20,21 +20,22 @@ class BuddyBlocks {
   static constexpr unsigned chunk_order = 14;  // a chunk has 2 MiB
   static constexpr std::uint32_t no_block = UINT32_MAX;
 
-  /// Memory that begins at `start`, and for each of its units one byte, 0 at first; both usable as
-  /// far as chunks were given.
   constexpr BuddyBlocks() = default;
+
+  /// Sets out with memory that begins at `start`, and one byte for each of its units, which is 0;
+  /// both need be usable only as far as chunks were given. No block may be in use or free.
   void manage(std::byte* start, std::uint8_t* free_orders);
 
-  /// A block of this order, lower than that of a chunk; `no_block` when it takes a new chunk.
-  /// O(chunk order).
+  /// A block of this order from what is free; `no_block` when that takes a new chunk. O(chunk
+  /// order).
   std::uint32_t take(unsigned order);
 
-  /// Takes back a block, gives the chunk that is whole again,
-  /// which is no longer managed, or `no_block`. O(chunk order).
-  std::uint32_t give_back(std::uint32_t block, unsigned order);
-
-  /// A block of this order from a new chunk; the rest is kept for others. O(chunk order).
+  /// A block of this order from a new chunk; the rest of it becomes free. O(chunk order).
   std::uint32_t cut(std::uint32_t chunk, unsigned order);
+
+  /// Takes back a block. When that makes a chunk whole again, gives the chunk, which is out of the
+  /// system then; else `no_block`. O(chunk order).
+  std::uint32_t give_back(std::uint32_t block, unsigned order);
 
  private:
   struct FreeBlock {
@@ -43,12 +44,12 @@ class BuddyBlocks {
   };
 
   FreeBlock& at(std::uint32_t block) const;
-  void push(std::uint32_t block, unsigned order);
+  void add_free(std::uint32_t block, unsigned order);
+  void remove_free(std::uint32_t block, unsigned order);
   std::uint32_t halve(std::uint32_t block, unsigned order, unsigned wanted);
-  void remove(std::uint32_t block, unsigned order);
 
   std::byte* start_ = nullptr;
-  std::uint8_t* free_orders_ = nullptr;  // of the free block that begins at a unit: its order + 1
+  std::uint8_t* free_orders_ = nullptr;    // of the free block that begins at a unit: its order + 1
   std::uint32_t first_[chunk_order] = {};  // of each order: the first free block + 1
 };
 

@@ -4,7 +4,6 @@
 #include "keys/node_blocks.h"
 #include "keys/node_links.h"
 
-std::byte* node_region = nullptr;  // not used
 const std::uint64_t zero_node[8] = {};
 
 std::byte* allocate_node_block(std::uint32_t bytes) {

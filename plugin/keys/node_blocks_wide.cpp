@@ -18,32 +18,16 @@
 #include "keys/buddy_blocks.h"
 #include "keys/node_blocks.h"
 #include "keys/node_links.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define ZRB_ADDRESS_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define ZRB_ADDRESS_SANITIZER 1
-#endif
-#endif
-#ifdef ZRB_ADDRESS_SANITIZER
-#include <sanitizer/asan_interface.h>
-#else
-#define ASAN_POISON_MEMORY_REGION(address, size) static_cast<void>(0)
-#define ASAN_UNPOISON_MEMORY_REGION(address, size) static_cast<void>(0)
-#endif
-
-const std::uint64_t zero_node[8] = {};
+#include "keys/poison.h"
 
 namespace {
 
-// What `no_node` leads to before there is a region; never written to.
-std::byte* const without_region =
-    reinterpret_cast<std::byte*>(const_cast<std::uint64_t*>(zero_node));
+// Stands for the beginning of the region before there is one.
+std::byte zeros[64];
 
 }  // namespace
 
-std::byte* node_region = without_region;
+std::byte* node_region = zeros;
 
 namespace {
 
@@ -52,6 +36,7 @@ constexpr std::size_t units_in_chunk = chunk_bytes / BuddyBlocks::unit_bytes;
 constexpr std::size_t most_chunks = (std::size_t{2} << 32) / chunk_bytes;
 constexpr std::size_t fewest_chunks = 32;
 constexpr std::uint32_t kept_chunks = 4;
+constexpr std::uint32_t linked_bytes = 8;  // of a free block, which the buddy system uses
 
 static_assert(chunk_bytes == std::size_t{BuddyBlocks::unit_bytes} << BuddyBlocks::chunk_order);
 static_assert(smallest_node_block == BuddyBlocks::unit_bytes);
@@ -78,10 +63,10 @@ class Region {
 
   // Gives the addresses back, unless some are still in use.
   void dissolve() {
-    if (node_region == without_region || used_ != 0) return;
-    ASAN_UNPOISON_MEMORY_REGION(node_region, chunk_count_ * chunk_bytes);
+    if (node_region == zeros || used_ != 0) return;
+    unpoison(node_region, chunk_count_ * chunk_bytes);
     ::munmap(node_region, reserved_bytes());
-    node_region = without_region;
+    node_region = zeros;
   }
 
  private:
@@ -97,7 +82,10 @@ class Region {
       void* const region = ::mmap(nullptr, reserved_bytes(), PROT_NONE,
                                   MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
       if (region == MAP_FAILED) continue;
-      if (::mprotect(region, sizeof zero_node, PROT_READ) != 0) throw std::bad_alloc();
+      if (::mprotect(region, sizeof zeros, PROT_READ) != 0) {
+        ::munmap(region, reserved_bytes());
+        break;
+      }
       node_region = static_cast<std::byte*>(region);
       blocks_.manage(node_region, reinterpret_cast<std::uint8_t*>(unit_bytes_of(0)));
       return;
@@ -108,7 +96,7 @@ class Region {
   // The first unit of a chunk with memory. The first chunk of all stays without: no node may have
   // the link `no_node`.
   std::uint32_t take_chunk() {
-    if (node_region == without_region) reserve();
+    if (node_region == zeros) reserve();
     const auto first = states_.begin() + 1;
     const auto end = states_.begin() + static_cast<std::ptrdiff_t>(chunk_count_);
     auto chosen = kept_ == 0 ? end : std::find(first, end, ChunkState::kept);
@@ -171,12 +159,11 @@ unsigned order_of(std::uint32_t bytes) {
 
 std::byte* allocate_node_block(std::uint32_t bytes) {
   std::byte* const block = region.allocate(order_of(bytes));
-  ASAN_UNPOISON_MEMORY_REGION(block, bytes);
+  unpoison(block, bytes);
   return block;
 }
 
 void release_node_block(std::byte* block, std::uint32_t bytes) noexcept {
-  // The first bytes link free blocks.
-  ASAN_POISON_MEMORY_REGION(block + smallest_node_block / 2, bytes - smallest_node_block / 2);
+  poison(block + linked_bytes, bytes - linked_bytes);
   region.release(block, order_of(bytes));
 }

@@ -17,13 +17,13 @@ using NodeLink = std::uint32_t;
 /// Leads to no node.
 inline constexpr NodeLink no_node = 0;
 
-/// Where the region begins; only in a 64-bit process, and not before the first block of memory.
+/// Where the region of a 64-bit process begins: with zeros.
 [[gnu::visibility("hidden")]] extern std::byte* node_region;
 
-/// As many zero bytes as a node has at most.
+/// Zeros for a 32-bit process, as many as the largest node has bytes.
 [[gnu::visibility("hidden")]] extern const std::uint64_t zero_node[8];
 
-/// Where a node lies. For `no_node`, an address that must not be read.
+/// Where a node lies. For `no_node`, an address that must not be read from.
 inline void* node_at(NodeLink link) {
   if constexpr (sizeof(void*) == sizeof link) {
     return reinterpret_cast<void*>(std::uintptr_t{link});
@@ -32,14 +32,15 @@ inline void* node_at(NodeLink link) {
   }
 }
 
-/// Where a node lies; for `no_node`, bytes that are zero, which may be read. Without a branch.
+/// Where a node lies; for `no_node`, zeros that may be read. Takes no branch, which would often be
+/// guessed wrong.
 inline const void* readable_node_at(NodeLink link) {
   if constexpr (sizeof(void*) == sizeof link) {
     const auto zeros = reinterpret_cast<std::uintptr_t>(zero_node);
     const auto instead = zeros & (std::uintptr_t{link != no_node} - 1);
     return reinterpret_cast<const void*>(link | instead);
   } else {
-    return node_at(link);  // the region begins with zeros
+    return node_at(link);
   }
 }
 

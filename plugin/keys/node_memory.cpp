@@ -27,8 +27,8 @@ void NodeMemory::release_all() {
 
 std::uint32_t NodeMemory::next_block_bytes() const {
   const std::size_t wanted = std::max(std::min(bytes_, doubling_limit), bytes_ / later_growth);
-  return static_cast<std::uint32_t>(std::bit_floor(
-      std::clamp<std::size_t>(wanted, smallest_node_block, largest_node_block)));
+  return static_cast<std::uint32_t>(
+      std::bit_floor(std::clamp<std::size_t>(wanted, smallest_node_block, largest_node_block)));
 }
 
 void NodeMemory::add_block() {

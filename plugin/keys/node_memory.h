@@ -1,9 +1,9 @@
 // Memory for the nodes of one container.
 //
 // Nodes are cut from blocks (node_blocks.h), which double from 128 bytes to four kibibytes and
-// from then on add about an eighth: a small container stays small, and a large one wastes little. Freed
-// nodes are used again, the last one first. Blocks are given back all at once, when the container
-// dies or is cleared; a node never moves.
+// from then on add about an eighth: a small container stays small, and a large one wastes little.
+// Freed nodes are used again, the last one first. Blocks are given back all at once, when the
+// container dies or is cleared; a node never moves.
 #ifndef ZRB_PLUGIN_KEYS_NODE_MEMORY_H
 #define ZRB_PLUGIN_KEYS_NODE_MEMORY_H
 

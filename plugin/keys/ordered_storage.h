@@ -214,6 +214,7 @@ class OrderedStorage : public Usable {
         *end = tree_.take_leaf(rest);
         end = &tree_.at(*end).right;
       }
+      *end = no_node;
       if (leaves != no_node) destroy_or_put_off(leaves, *end);
     }
     if (size_ == 0 && put_off_ == no_node && !is_used_by_several()) tree_.memory().release_all();
@@ -346,9 +347,8 @@ class OrderedStorage : public Usable {
       node = place.as_left_child ? at_node.left : at_node.right;
     }
     // Only the element before the place found can have the same key; the header stands for none.
-    const NodeLink before = place.as_left_child
-                                ? link_to(tree_.predecessor(&tree_.at(place.parent)))
-                                : place.parent;
+    const NodeLink before =
+        place.as_left_child ? link_to(tree_.predecessor(&tree_.at(place.parent))) : place.parent;
     if (before != nil() && !Less{}(key_at(before), key)) place.present = before;
     return place;
   }

@@ -74,20 +74,19 @@ class OrderedStorageInspector {
   void check_root() {
     if (tree_.header()->is_red()) wrong_ = "the header is not black";
     const NodeLink root = tree_.root();
-    if (root == no_node) return;
-    if (tree_.at(root).parent() != no_node) wrong_ = "the root's parent is not the header";
+    if (root == tree_.nil()) return;
+    if (tree_.at(root).parent() != tree_.nil()) wrong_ = "the root's parent is not the header";
     if (tree_.at(root).is_red()) wrong_ = "the root is not black";
   }
 
   template <class Number>
   int black_height(NodeLink node, Number number) {
-    if (node == no_node) return 0;
+    if (node == tree_.nil()) return 0;
     const TreeLinks& links = tree_.at(node);
     ++nodes_;
     state_ << (links.is_red() ? "(r" : "(b") << number(node);
-    if (tree_.link_of(&links) != node) wrong_ = "a node does not know its link";
     for (const NodeLink child : {links.left, links.right}) {
-      if (child == no_node) continue;
+      if (child == tree_.nil()) continue;
       if (tree_.at(child).parent() != node) wrong_ = "a child does not know its parent";
       if (links.is_red() && tree_.at(child).is_red()) wrong_ = "red below red";
     }
@@ -100,18 +99,20 @@ class OrderedStorageInspector {
 
   template <class Number>
   void check_order(Number number) {
-    NodeLink smallest = no_node;
-    NodeLink largest = no_node;
-    for (NodeLink node = tree_.root(); node != no_node; node = tree_.at(node).left) smallest = node;
-    for (NodeLink node = tree_.root(); node != no_node; node = tree_.at(node).right) largest = node;
+    NodeLink smallest = tree_.nil();
+    NodeLink largest = tree_.nil();
+    for (NodeLink node = tree_.root(); node != tree_.nil(); node = tree_.at(node).left)
+      smallest = node;
+    for (NodeLink node = tree_.root(); node != tree_.nil(); node = tree_.at(node).right)
+      largest = node;
     if (tree_.smallest() != smallest || tree_.largest() != largest) {
       wrong_ = "the header does not point to the ends";
       return;
     }
     for (NodeLink node = smallest; node != largest;) {
       TreeLinks* following = tree_.successor(&tree_.at(node));
-      const NodeLink next = tree_.link_of(following);
-      if (next == no_node || number(node) >= number(next)) {
+      const NodeLink next = link_to(following);
+      if (next == tree_.nil() || number(node) >= number(next)) {
         wrong_ = "keys are out of order";
         return;
       }
