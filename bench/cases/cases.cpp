@@ -8,6 +8,7 @@ template <class K>
 const std::vector<Case<K>>& cases() {
   static const std::vector<Case<K>> all = {
       {"insert_random", &writing_cases::insert_random<K>},
+      {"memory", &writing_cases::memory<K>, false, true},
       {"find_hit", &reading_cases::find_hit<K>},
       {"find_dependent", &reading_cases::find_dependent<K>},
       {"find_miss", &reading_cases::find_miss<K>},

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <span>
 #include <utility>
+#include <vector>
 
 #include "cases/bed.h"
 #include "cases/memory.h"
@@ -21,28 +22,47 @@ std::uint64_t verify(Bed<K>& bed, REALobject map) {
   return bed.search(map, keys) + static_cast<std::uint64_t>(bed.subject().count(map));
 }
 
-/// Also tells what an element takes, of the heap and resident.
 template <class K>
 void insert_random(benchmark::State& state, Bed<K>& bed) {
   const auto count = bed.workload().keys.size();
   auto& subject = bed.subject();
   Meter meter(state);
-  bool first = true;
   for (auto _ : state) {
     if (REALobject old = bed.release()) subject.destroy(old);
-    const double heap = heap_bytes();
-    const double resident = resident_bytes();
     REALobject map = subject.create();
     meter.start();
     bed.fill(map);
     meter.stop(count, 0);
-    if (std::exchange(first, false)) {
-      state.counters["heap"] = (heap_bytes() - heap) / static_cast<double>(count);
-      state.counters["resident"] = (resident_bytes() - resident) / static_cast<double>(count);
-    }
     bed.adopt(map);
   }
   meter.add_to_checksum(verify(bed, bed.filled()));
+  meter.report();
+}
+
+/// What an element takes of the heap, and resident. Measured over as many maps as make up for
+/// memory being resident in whole pages.
+template <class K>
+void memory(benchmark::State& state, Bed<K>& bed) {
+  constexpr std::size_t fewest_elements = 200'000;
+  const std::size_t count = bed.workload().keys.size();
+  auto& subject = bed.subject();
+  Meter meter(state);
+  for (auto _ : state) {
+    std::vector<REALobject> maps((fewest_elements + count - 1) / count);
+    const auto elements = static_cast<double>(maps.size() * count);
+    const double heap = heap_bytes();
+    const double resident = resident_bytes();
+    meter.start();
+    for (REALobject& map : maps) {
+      map = subject.create();
+      bed.fill(map);
+    }
+    meter.stop(maps.size() * count, 0);
+    state.counters["heap"] = (heap_bytes() - heap) / elements;
+    state.counters["resident"] = (resident_bytes() - resident) / elements;
+    meter.add_to_checksum(verify(bed, maps.back()));
+    for (REALobject map : maps) subject.destroy(map);
+  }
   meter.report();
 }
 

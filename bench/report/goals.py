@@ -22,7 +22,7 @@ INTEGER_RATIOS = (
     ("hashed", "iterate", HASH_MAP, "ns", (0.6, 0.6, 0.25, 0.25)),
     ("hashed", "copy", UNORDERED, "ns", (0.4,)),
     ("hashed", "destroy", UNORDERED, "ns", (0.02,)),
-    ("hashed", "insert_random", UNORDERED, "heap", (0.5,)),
+    ("hashed", "memory", UNORDERED, "heap", (0.5,)),
     ("ordered", "find_hit", MAP, "ns", (0.7, 0.65, 0.5, 0.5)),
     ("ordered", "insert_random", MAP, "ns", (1.0, 0.65, 0.8, 0.75)),
     ("ordered", "insert_ascending", MAP, "ns", (0.7, 0.35, 0.2, 0.2)),
@@ -30,7 +30,7 @@ INTEGER_RATIOS = (
     ("ordered", "iterate", MAP, "ns", (1.0, 1.0, 0.5, 0.5)),
     ("ordered", "copy", MAP, "ns", (0.5,)),
     ("ordered", "destroy", MAP, "ns", (0.02,)),
-    ("ordered", "insert_random", MAP, "heap", (0.5,)),
+    ("ordered", "memory", MAP, "heap", (0.5,)),
 )
 
 # Structure, case, peer that takes every step, and the most calls of the host per operation.

@@ -64,9 +64,10 @@ def _sections(results, root, pictures):
             yield "## Time: %s, %s keys" % (structure, key)
             for case, table in tables.operation_tables(results, structure, key):
                 yield "### %s\n\n%s" % (case.replace("_", " "), table)
-    yield "## Memory\n\nOf the heap, with what the allocator adds to each block:"
+    yield "## Memory\n\nOf small maps, many are filled. Of the heap, with what the allocator adds to each " \
+          "block; nodes that do not come from the heap count by what is resident of them:"
     yield tables.memory_table(results, "heap")
-    yield "By what the process grew in memory (whole pages, so it says little about small maps):"
+    yield "By what the process grew in memory:"
     yield tables.memory_table(results, "resident")
     if results.calls:
         yield "## Calls of the host per operation\n\nExact."

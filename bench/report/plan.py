@@ -32,6 +32,9 @@ SHARING = (("insert_random", "find_hit", "find_dependent", "find_miss", "iterate
 GROWTH_OF_PROCESS = "find_iterator_growth"
 GROWTH_OF_PROCESS_SIZE = 1_000
 
+# Fills maps to see what they take.
+MEMORY = "memory"
+
 
 def parse_names(listing):
     """(structure, key, case, subject) of each line that --benchmark_list_tests prints, in order."""

@@ -3,7 +3,7 @@
 import json
 import statistics
 
-from plan import Benchmark
+from plan import MEMORY, Benchmark
 from runner import Failure
 
 
@@ -36,8 +36,9 @@ class Results:
         return sorted(found, key=lambda subject: (subject != "plugin", _rank(subject), subject))
 
     def cases(self, structure, key):
-        """In the order in which the benchmark program lists them."""
-        found = {b.case for b in self.samples if (b.structure, b.key) == (structure, key)}
+        """Those whose times say something, in the order in which the benchmark program lists them."""
+        found = {b.case for b in self.samples
+                 if (b.structure, b.key) == (structure, key) and b.case != MEMORY}
         return [case for case in self.facts["cases"] if case in found]
 
     def sizes(self, key):

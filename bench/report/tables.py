@@ -69,7 +69,7 @@ def memory_table(results, figure):
     for structure in ("hashed", "ordered"):
         for key in ("integer", "string"):
             for subject in results.subjects(structure, key):
-                values = [results.median(structure, key, "insert_random", subject, n, figure)
+                values = [results.median(structure, key, "memory", subject, n, figure)
                           for n in sizes]
                 if any(value is not None for value in values):
                     rows.append(("%s %s" % (structure, key), subject, *map(number, values)))

@@ -2,7 +2,7 @@
 //
 // Layout. An array of bucket heads, each the first node of a singly linked chain. A key belongs to
 // the bucket `hash(key) % bucket count`. New nodes go to the head of their chain. Heads and links
-// are 32 bits wide in every build (node_memory.h), so that a map from integers to integers takes 12
+// are 32 bits wide in every build (node_links.h), so that a map from integers to integers takes 12
 // bytes a node and 4 a bucket; nodes never move.
 //
 // Order. Iteration visits the buckets in ascending order and each chain from its head. Programs see
@@ -15,10 +15,12 @@
 //
 // Hashes are not kept. Each operation on a key hashes that key once; growth hashes every key once.
 //
-// Speed. The bucket is found without a division (remainder.h). Growth, iteration and clearing know
-// which nodes they come to next, and ask for them two dozen buckets ahead; growth also gathers
-// nodes and their new buckets before it touches those, so that several cache misses are under way
-// at once. Elements that call nobody when they die are never visited for it.
+// Speed. The bucket is found without a division (remainder.h). A search for a key that asks nobody
+// reads zeros where a chain ends, instead of testing for the end first: such a test is guessed
+// wrong every other time. Growth, iteration and clearing know which nodes they come to next, and
+// ask for them two dozen buckets ahead; growth also gathers nodes and their new buckets before it
+// touches those, so that several cache misses are under way at once. Elements that call nobody when
+// they die are never visited for it.
 //
 // Exceptions. Hash, equality, the copying of a key and the destruction of an element may throw,
 // unless they are declared noexcept. The table then stays valid, nothing is leaked, and the

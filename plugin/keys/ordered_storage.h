@@ -7,8 +7,8 @@
 // Speed. A node of a map from integers to integers has 20 bytes (red_black_tree.h), so that more of
 // a large tree is in the cache. Keys that ask nobody are compared without branches on the way down:
 // a wrongly guessed turn at every second node costs more than loading both children. An ascending
-// key is compared with the largest one first and then needs no way down at all. Copies of plain
-// elements take over the tree's memory bit for bit.
+// key is compared with the largest one first and then needs no way down at all. A copy of plain
+// elements takes over the tree's shape, without a comparison.
 //
 // Exceptions. The order, the copying of a key and the destruction of an element may throw, unless
 // they are declared noexcept. The tree then stays valid, nothing is leaked, and the exception

@@ -105,7 +105,8 @@ TEST_P(Allocations, are_seen_by_the_test) {
     EXPECT_GT(plugin_heap::live_blocks(), before);
   }
   EXPECT_EQ(plugin_heap::live_blocks(), before);
-  EXPECT_GE(plugin_heap::stop_failing(), 2u);
+  // The storage; in 32 bits nodes come from the heap too.
+  EXPECT_GE(plugin_heap::stop_failing(), sizeof(void*) == sizeof(std::uint32_t) ? 2U : 1U);
 }
 
 #ifndef ZRB_LEAK_SANITIZER  // a sanitizer's malloc is not replaced
