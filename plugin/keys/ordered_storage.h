@@ -354,7 +354,7 @@ class OrderedStorage : public Usable {
   }
 
   // Both bounds are sought below one element with the key, so that the first is never behind the
-  // last, whatever the order says.
+  // last, whatever the order says. Ends early when the tree changes.
   template <class Probe>
   Range equal_range(const Probe& key) {
     const std::uint32_t changes_before = changes();
@@ -366,9 +366,11 @@ class OrderedStorage : public Usable {
       } else if (Less{}(key, at_node.key)) {
         larger = node;
         node = at_node.left;
-      } else {
-        return {lower_bound_below(at_node.left, node, key),
-                upper_bound_below(at_node.right, larger, key)};
+      } else if (changes() == changes_before) {
+        const NodeLink right = at_node.right;
+        const NodeLink first = lower_bound_below(at_node.left, node, key);
+        if (changes() != changes_before) break;
+        return {first, upper_bound_below(right, larger, key)};
       }
     }
     return {larger, larger};
