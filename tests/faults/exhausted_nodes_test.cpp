@@ -18,7 +18,8 @@ bool system_has_memory = true;
 }  // namespace
 
 // Stands in for the C library's, in the plugin too, which makes memory usable with it.
-extern "C" [[gnu::visibility("default")]] int mprotect(void* address, std::size_t bytes, int access) noexcept {
+extern "C" [[gnu::visibility("default")]] int mprotect(void* address, std::size_t bytes,
+                                                       int access) noexcept {
   if (!system_has_memory && (access & PROT_WRITE) != 0) {
     errno = ENOMEM;
     return -1;
