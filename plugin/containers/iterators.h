@@ -107,6 +107,7 @@ struct ContainerIterators {
     if (storage == nullptr) return nullptr;
     Position position;
     {
+      const typename C::KeyUse use(*storage);
       const typename C::KeyProbe probe(key);
       position = search_storage(*storage, probe);
     }
