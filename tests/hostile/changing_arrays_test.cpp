@@ -118,9 +118,10 @@ TEST_P(ChangingArray, that_is_released_meanwhile_is_held_to_the_end) {
 }
 
 TEST_P(ChangingArray, whose_bound_is_negative_is_empty) {
+  restart_with_bound(-1);
   for (const std::int32_t bound : {-1, -2, -1000, std::numeric_limits<std::int32_t>::min()}) {
     SCOPED_TRACE(bound);
-    restart_with_bound(bound);
+    told_bound = bound;
     const Container set = made_from(array_of(1, 5));
     EXPECT_EQ(set.count(), 0);
     EXPECT_EQ(raised(), "");

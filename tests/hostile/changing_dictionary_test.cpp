@@ -152,9 +152,10 @@ TEST_P(ChangingDictionary, whose_reading_constructs_the_map_again_ends_with_eith
 }
 
 TEST_P(ChangingDictionary, whose_count_is_negative_is_empty) {
+  restart_with_count(-1);
   for (const std::int32_t count : {-1, -1000, std::numeric_limits<std::int32_t>::min()}) {
     SCOPED_TRACE(count);
-    restart_with_count(count);
+    told_count = count;
     const Container map = made_from(dictionary(0, 5));
     EXPECT_EQ(map.count(), 0);
     EXPECT_EQ(raised(), "");

@@ -143,10 +143,10 @@ TEST_P(GarbageTexts, data_in_an_encoding_that_was_not_asked_for_are_taken_as_the
 }
 
 TEST_P(GarbageTexts, negative_lengths_are_no_text) {
+  restart_with({{length_service, lie(&garbage_length)}}, {"PluginGetStringData"});
   for (const std::int32_t length : {-1, -1000, std::numeric_limits<std::int32_t>::min()}) {
     SCOPED_TRACE(length);
     garbage = length;
-    restart_with({{length_service, lie(&garbage_length)}}, {"PluginGetStringData"});
     expect_one_key();
   }
 }
@@ -224,8 +224,7 @@ TEST_P(GarbageTexts, lone_halves_and_cut_units_are_keys_all_the_same) {
 }
 
 TEST_P(GarbageTexts, versions_that_are_no_numbers_are_those_of_a_recent_host) {
-  for (const double version :
-       {std::nan(""), std::numeric_limits<double>::infinity(), 1e300, 0.0, -0.0}) {
+  for (const double version : {std::nan(""), std::numeric_limits<double>::infinity(), 0.0}) {
     SCOPED_TRACE(version);
     restart_with({}, {}, version);
     host().calls().reset();
@@ -250,11 +249,11 @@ class GarbageVariants : public support::ClassTest {
 ZRB_FOR_CLASSES(GarbageVariants, support::classes_with_key(ElementType::variant));
 
 TEST_P(GarbageVariants, of_types_that_nobody_knows_are_themselves_and_no_other) {
+  restart_with({{type_service, lie(&garbage_type)}});
   for (const std::int32_t type : {-1, 1, 10, 4711, std::numeric_limits<std::int32_t>::min(),
                                   std::numeric_limits<std::int32_t>::max()}) {
     SCOPED_TRACE(type);
     garbage = type;
-    restart_with({{type_service, lie(&garbage_type)}});
     const Element stored = support::variant_integer(5);
     const Element equal = support::variant_integer(5);
     const Container container = make();
