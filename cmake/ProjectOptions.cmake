@@ -16,6 +16,7 @@ set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1")
 
 option(ZRB_32_BIT "Build for the host's own 32-bit binary interface" OFF)
 option(ZRB_SANITIZE "Build with the Address and Undefined Behaviour sanitizers" OFF)
+option(ZRB_DIAGNOSE "Build the plugin that raises an exception where a program uses an iterator wrongly" OFF)
 
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE

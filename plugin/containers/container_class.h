@@ -4,6 +4,7 @@
 
 #include <type_traits>
 
+#include "diagnosis/watched_key.h"
 #include "host/fixed_string.h"
 #include "keys/elements.h"
 #include "keys/hashed_storage.h"
@@ -12,14 +13,15 @@
 struct Hashed {
   static constexpr bool is_ordered = false;
   template <class Key, class Value>
-  using Engine = HashedStorage<typename Key::Stored, typename Value::Stored, typename Key::Hash,
-                               typename Key::Equal>;
+  using Engine = HashedStorage<diagnosis::KeyInStorage<typename Key::Stored>,
+                               typename Value::Stored, typename Key::Hash, typename Key::Equal>;
 };
 
 struct Ordered {
   static constexpr bool is_ordered = true;
   template <class Key, class Value>
-  using Engine = OrderedStorage<typename Key::Stored, typename Value::Stored, typename Key::Less>;
+  using Engine = OrderedStorage<diagnosis::KeyInStorage<typename Key::Stored>,
+                                typename Value::Stored, typename Key::Less>;
 };
 
 /// A set when `ValueElement` is NoElement, else a map.

@@ -18,6 +18,10 @@ struct ContainerObject {
   /// Called by the host when the instance dies; an instance without storage is fine. O(n).
   static void theMapDestructor(REALobject instance) {
     auto& storage = container_data<C>(instance).storage;
+    if constexpr (diagnosis::enabled) {
+      diagnosis::IteratorBook::instance().storage_ends(storage,
+                                                       diagnosis::Loss::container_destroyed);
+    }
     const DoomedStorage<typename C::Storage> doomed{std::exchange(storage, nullptr)};
     drop_caches<C>(instance);
   }
@@ -27,6 +31,7 @@ struct ContainerObject {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return;
     const TakenCaches dropped = take_caches<C>(instance);
+    if constexpr (diagnosis::enabled) diagnosis::IteratorBook::instance().elements_end(storage);
     storage->clear();
   }
 

@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "containers/container_class.h"
+#include "diagnosis/iterator_book.h"
+#include "diagnosis/switch.h"
 #include "host/class_record.h"
 #include "host/errors.h"
 #include "host/locked_handle.h"
@@ -111,6 +113,10 @@ template <class C>
 void install_fresh_storage(REALobject instance) {
   auto fresh = std::make_unique<typename C::Storage>();
   const TakenCaches dropped = take_caches<C>(instance);
+  if constexpr (diagnosis::enabled) {
+    diagnosis::IteratorBook::instance().storage_ends(container_data<C>(instance).storage,
+                                                     diagnosis::Loss::content_replaced);
+  }
   container_data<C>(instance).storage = fresh.release();
 }
 
@@ -121,6 +127,9 @@ void replace_storage(REALobject instance) {
   auto fresh = std::make_unique<typename C::Storage>();
   const TakenCaches dropped = take_caches<C>(instance);
   auto& storage = container_data<C>(instance).storage;
+  if constexpr (diagnosis::enabled) {
+    diagnosis::IteratorBook::instance().storage_ends(storage, diagnosis::Loss::content_replaced);
+  }
   const DoomedStorage<typename C::Storage> former{std::exchange(storage, fresh.release())};
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "containers/instance.h"
+#include "containers/iterator_checks.h"
 #include "host/services.h"
 
 /// The data of an iterator instance, zeroed by the host. `position` is null until a container has
@@ -40,6 +41,7 @@ REALobject new_iterator(const typename C::Position& position) {
   if (iterator == nullptr) return nullptr;
   auto& data = instance_data<IteratorData<C>>(iterator, ClassRecord<C>::iterator);
   data.position = new (data.record) typename C::Position(position);
+  IteratorChecks<C>::note_made(*data.position);
   return iterator;
 }
 
@@ -49,6 +51,7 @@ template <class C>
 struct ContainerIterators {
   using Storage = typename C::Storage;
   using Position = typename C::Position;
+  using Checks = IteratorChecks<C>;
 
   /// O(1); hashed O(bucket count) while the low buckets are empty.
   static REALobject getbegin(REALobject instance) {
@@ -82,7 +85,8 @@ struct ContainerIterators {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr || pos == nullptr) return;
     const Position* position = position_of<C>(pos);
-    if (position == nullptr || &position->storage() != storage) return;
+    if (position == nullptr || !Checks::may_remove(*storage, *position)) return;
+    if (&position->storage() != storage) return;
     const Position place = *position;
     const InUse use(*storage);
     // Unlocked when the element is gone: host code that runs then could remove it itself.
@@ -96,7 +100,7 @@ struct ContainerIterators {
     if (storage == nullptr || first == nullptr || last == nullptr) return;
     const Position* from = position_of<C>(first);
     const Position* to = position_of<C>(last);
-    if (from == nullptr || to == nullptr) return;
+    if (from == nullptr || to == nullptr || !Checks::may_remove(*storage, *from, *to)) return;
     if (&from->storage() != storage || &to->storage() != storage) return;
     const Position range[] = {*from, *to};
     const InUse use(*storage);
@@ -125,27 +129,36 @@ struct ContainerIterators {
 template <class C>
 struct IteratorObject {
   using Position = typename C::Position;
+  using Checks = IteratorChecks<C>;
 
   /// To the next element, or to the end. O(1) on average, hashed O(bucket count) at worst.
   static void MoveNext(REALobject iterator) {
-    if (Position* position = position_or_raise(iterator)) C::Storage::advance(*position);
+    Position* position = position_or_raise(iterator);
+    if (position == nullptr || !Checks::may_step(*position)) return;
+    C::Storage::advance(*position);
+    Checks::note_moved(*position);
   }
 
   /// To the element before; from the end to the last element. O(1) on average.
   static void MovePrev(REALobject iterator) {
-    if (Position* position = position_or_raise(iterator)) C::Storage::retreat(*position);
+    Position* position = position_or_raise(iterator);
+    if (position == nullptr || !Checks::may_step_back(*position)) return;
+    C::Storage::retreat(*position);
+    Checks::note_moved(*position);
   }
 
   static typename C::KeyHost GetKey(REALobject iterator) {
     Position* position = position_or_raise(iterator);
-    if (position == nullptr || position->is_end()) return {};
+    if (position == nullptr || !Checks::may_use_element(*position, "Key")) return {};
+    if (position->is_end()) return {};
     const typename C::ElementUse use(position->storage());
     return C::Key::hand_out(position->entry().key);
   }
 
   static typename C::ValueHost GetValue(REALobject iterator) {
     Position* position = position_or_raise(iterator);
-    if (position == nullptr || position->is_end()) return {};
+    if (position == nullptr || !Checks::may_use_element(*position, "Value")) return {};
+    if (position->is_end()) return {};
     const typename C::ElementUse use(position->storage());
     return C::Value::hand_out(position->entry().value);
   }
@@ -154,7 +167,8 @@ struct IteratorObject {
   /// not know its container.
   static void SetValue(REALobject iterator, typename C::ValueHost value) {
     Position* position = position_or_raise(iterator);
-    if (position == nullptr || position->is_end()) return;
+    if (position == nullptr || !Checks::may_use_element(*position, "Value")) return;
+    if (position->is_end()) return;
     const typename C::ElementUse use(position->storage());
     auto& element = position->entry();
     typename C::StoredValue replacement(value);
@@ -165,10 +179,16 @@ struct IteratorObject {
   // both questions, and so does, without an exception, an iterator that has no position.
   static bool isEqual(REALobject iterator, REALobject other) {
     const auto [mine, theirs] = both_positions(iterator, other);
+    if constexpr (diagnosis::enabled) {
+      if (!Checks::may_compare(mine, theirs, "isEqual")) return false;
+    }
     return mine != nullptr && theirs != nullptr && *mine == *theirs;
   }
   static bool isNotEqual(REALobject iterator, REALobject other) {
     const auto [mine, theirs] = both_positions(iterator, other);
+    if constexpr (diagnosis::enabled) {
+      if (!Checks::may_compare(mine, theirs, "isNotEqual")) return false;
+    }
     return mine != nullptr && theirs != nullptr && !(*mine == *theirs);
   }
 

@@ -100,10 +100,9 @@ struct PositionalAccess {
     REALSetArrayValue(array, index, Kind::lend(held));
   }
 
-  template <class Kind>
+  template <class Kind, class Part>
   static typename Kind::Host at(REALobject instance, std::int32_t index,
-                                REALarray ContainerData<C>::*cache,
-                                typename Kind::Stored Element::*part) {
+                                REALarray ContainerData<C>::*cache, Part Element::*part) {
     LockedObject held_instance;
     if ((container_data<C>(instance).*cache) == nullptr) held_instance = BuildArrays(instance);
     typename Kind::Host element{};
@@ -121,9 +120,8 @@ struct PositionalAccess {
     return element;
   }
 
-  template <class Kind>
-  static void insert_all(REALobject instance, REALarray target,
-                         typename Kind::Stored Element::*part) {
+  template <class Kind, class Part>
+  static void insert_all(REALobject instance, REALarray target, Part Element::*part) {
     if (target == nullptr) return raise_array_is_nil();
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return;

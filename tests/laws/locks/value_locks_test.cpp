@@ -125,7 +125,6 @@ ZRB_LOCK_TEST(ValueLocks, an_iterator_reads_a_value_with_one_lock_for_the_caller
               member::iterator_value) {
   const auto [map, stored_key, stored_value] = single();
   const Iterator at = map.first();
-  const Iterator last = map.last();
   const LockWatch watch;
   {
     const Element read = at.value();
@@ -134,7 +133,14 @@ ZRB_LOCK_TEST(ValueLocks, an_iterator_reads_a_value_with_one_lock_for_the_caller
     expect(while_held, stored_value, 1);
     EXPECT_EQ(watch.changes(), while_held);
   }
-  last.value();  // there is none
+  EXPECT_EQ(watch.changes(), LockChanges());
+}
+
+ZRB_LOCK_TEST(ValueLocks, at_the_end_there_is_no_value_to_lock, member::iterator_value) {
+  const auto [map, stored_key, stored_value] = single();
+  const Iterator last = map.last();
+  const LockWatch watch;
+  last.value();
   EXPECT_EQ(watch.changes(), LockChanges());
 }
 
