@@ -21,7 +21,7 @@ using support::Element;
 using support::ElementType;
 using support::Iterator;
 
-constexpr int elements = 5;
+constexpr int element_count = 5;
 constexpr int middle = 2;  // the key that searchers look for
 constexpr int added = 7;
 
@@ -160,7 +160,7 @@ class ChangedInsideAComparison : public support::ClassTest {
   };
 
   Outcome in_turn(const Mutator& mutator, const Searcher& searcher, bool mutator_first) {
-    const Container container = make_with(elements);
+    const Container container = make_with(element_count);
     const Iterator at_middle = container.find(key(middle));
     Outcome outcome;
     if (mutator_first) mutator.run(container, at_middle);
@@ -178,7 +178,7 @@ class ChangedInsideAComparison : public support::ClassTest {
     const Outcome before = in_turn(mutator, searcher, true);
     const Outcome after = in_turn(mutator, searcher, false);
 
-    const Container container = make_with(elements);
+    const Container container = make_with(element_count);
     const Iterator at_middle = container.find(key(middle));
     const Element sought = key(middle);
     host().faults().reset_fired();
