@@ -88,7 +88,8 @@ class Reentrancy : public RoutineTest {
     const bool gives_array =
         plain.routine->method != nullptr &&
         plain.routine->method->declaration.result.kind == standin::TypeKind::array;
-    return gives_array && n == plain.calls.size();
+    // Behind it comes at most the end of the lock on the instance.
+    return gives_array && entry_point == "REALLockObject" && n + 1 >= plain.calls.size();
   }
 
   void call_back(const Plain& plain, std::size_t n, const Action& action) {
