@@ -13,7 +13,8 @@ Objects::Objects(const support::ContainerClass& container_class, Scheme scheme, 
     : class_(container_class),
       book_(book),
       key_contents_(keys(scheme, key_count)),
-      value_contents_(values(container_class.value.value_or(ElementType::integer), value_count)) {}
+      value_contents_((is_odd(scheme) ? odd_values : values)(
+          container_class.value.value_or(ElementType::integer), value_count)) {}
 
 const Object& Objects::key(int number, int copy) {
   return made(keys_, class_.key, key_contents_, number, copy, true);
@@ -30,13 +31,14 @@ const Object& Objects::key_text(int number) {
 
 const Object& Objects::made(Made& among, ElementType type, const std::vector<Content>& contents,
                             int number, int copy, bool is_key) {
+  const Content& its_content = contents[static_cast<std::size_t>(number)];
+  if (has_identity(its_content)) copy = 0;
   const Object*& object = among[{number, copy}];
   if (object == nullptr) {
     const std::size_t before = standin::Host::current().ledger().live_count();
-    const Content& its_content = contents[static_cast<std::size_t>(number)];
     const bool other_form = copy == copies - 1;
-    object = &remember(
-        {number, &its_content, other_form, make_element(type, its_content, other_form)}, is_key);
+    object = &remember({number, &its_content, other_form, make_element(type, its_content, copy)},
+                       is_key);
     live_handles_ += standin::Host::current().ledger().live_count() - before;
   }
   return *object;
@@ -55,7 +57,12 @@ const Object& Objects::remember(Object object, bool is_key) {
 
 std::uint32_t Objects::hash(int key_number) {
   const auto [position, is_new] = hashes_.try_emplace(key_number);
-  if (is_new) position->second = support::expected_hash(key(key_number, 0).element);
+  if (is_new) {
+    const Content& its_content = content(key_number);
+    position->second = its_content.kind == ContentKind::odd_text
+                           ? support::elf_hash(its_content.text)
+                           : support::expected_hash(key(key_number, 0).element);
+  }
   return position->second;
 }
 
