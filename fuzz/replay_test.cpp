@@ -22,8 +22,8 @@ std::vector<std::string> files() {
 }
 
 class Corpus : public ::testing::TestWithParam<std::string> {};
-INSTANTIATE_TEST_SUITE_P(, Corpus, ::testing::ValuesIn(files()), [](const auto& info) {
-  std::string name = info.param;
+INSTANTIATE_TEST_SUITE_P(, Corpus, ::testing::ValuesIn(files()), [](const auto& file) {
+  std::string name = file.param;
   std::replace_if(
       name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
   return name;

@@ -64,10 +64,21 @@ Content mixed_content(int index) {
 }
 
 Content odd_text(std::size_t row) {
-  return {ContentKind::odd_text, 0, odd_texts()[row].text, row};
+  return {ContentKind::odd_text, 0, odd_texts()[row].text, row, false};
 }
 Content odd_variant(std::size_t row) {
-  return {ContentKind::odd_variant, 0, "", row};
+  return {ContentKind::odd_variant, 0, "", row, odd_variants()[row].has_identity};
+}
+
+/// A text, one of each other type, and objects.
+std::vector<Content> unlike_keys(std::size_t most) {
+  std::vector<Content> result = {odd_text(1)};
+  for (std::size_t row = 0; row < odd_variants().size(); ++row) {
+    if (odd_variants()[row].is_unlike) result.push_back(odd_variant(row));
+  }
+  result.resize(std::min(result.size(), most));
+  for (Content& content : result) content.is_single = true;
+  return result;
 }
 
 Content odd_text_key(int index) {
@@ -104,6 +115,8 @@ Content key_content(Scheme scheme, int index, int count, std::mt19937& random) {
       return odd_variant(static_cast<std::size_t>(index));
     case Scheme::odd_mixed:
       return odd_mixed_key(index);
+    case Scheme::unlike:
+      break;  // has a list of its own
   }
   std::abort();
 }
@@ -233,6 +246,8 @@ const char* name(Scheme scheme) {
       return "odd reals";
     case Scheme::odd_mixed:
       return "odd mixed";
+    case Scheme::unlike:
+      return "unlike";
   }
   std::abort();
 }
@@ -260,11 +275,12 @@ std::vector<Scheme> odd_schemes_for(const support::ContainerClass& container_cla
   using enum Scheme;
   if (container_class.key == ElementType::integer) return {};
   if (container_class.key == ElementType::string) return {odd_texts};
-  if (container_class.is_ordered()) return {odd_texts, odd_reals};
+  if (container_class.is_ordered()) return {odd_texts, odd_reals, unlike};
   return {odd_mixed, odd_texts};
 }
 
 std::vector<Content> keys(Scheme scheme, int count) {
+  if (scheme == Scheme::unlike) return unlike_keys(static_cast<std::size_t>(count));
   std::mt19937 random(20120517);
   std::vector<Content> result;
   while (result.size() < most_keys(scheme, count)) {
@@ -315,10 +331,6 @@ Element make_element(ElementType type, const Content& content, int copy) {
       return make_variant(content, copy);
   }
   std::abort();
-}
-
-bool has_identity(const Content& content) {
-  return content.kind == ContentKind::odd_variant && odd_variants()[content.row].has_identity;
 }
 
 bool is_nan(const Content& content) {

@@ -21,6 +21,7 @@ struct Content {
   std::int64_t number = 0;  // integers, Booleans (0 or 1); Doubles counted in halves
   std::string text;         // UTF-8; of an odd text what a key reads
   std::size_t row = 0;      // of odd contents
+  bool is_single = false;   // only one host object of it may be a key: another would be unlike it
 
   friend bool operator==(const Content&, const Content&) = default;
 };
@@ -36,7 +37,8 @@ enum class Scheme {
   mixed,      // variants of all these types, Nil and Booleans; without a lasting order
   odd_texts,  // texts of all encodings, ill-formed ones and zero bytes among them
   odd_reals,  // infinities, zeros and the like
-  odd_mixed   // all that is odd, and objects; without a lasting order
+  odd_mixed,  // all that is odd, and objects; without a lasting order
+  unlike      // variants of which no two can be compared by value: the order is that of the handles
 };
 const char* name(Scheme scheme);
 /// Whether the keys are odd; then the values are, too, and programs cannot write them.
@@ -62,8 +64,6 @@ constexpr int copies = 3;
 /// same text, UTF-16 instead of UTF-8, and nil instead of an empty string. The copies of an odd
 /// text differ as they can.
 support::Element make_element(support::ElementType type, const Content& content, int copy);
-/// Whether a variant of that content is equal to itself alone.
-bool has_identity(const Content& content);
 /// Whether it is a NaN, which no Dictionary finds again.
 bool is_nan(const Content& content);
 

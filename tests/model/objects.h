@@ -62,6 +62,8 @@ class Objects {
   const Object& made(Made& among, support::ElementType type, const std::vector<Content>& contents,
                      int number, int copy, bool is_key);
   const Object& remember(Object object, bool is_key);
+  /// Makes all keys, whose order then is that of their handles.
+  void make_keys_in_order_of_handles();
 
   const support::ContainerClass& class_;
   LockBook& book_;

@@ -69,6 +69,16 @@ ObjectRef boolean(bool) {
   return standin::variant_from_boolean(value);
 }
 
+ObjectRef nil(bool) {
+  return nullptr;
+}
+ObjectRef date(bool) {
+  return standin::make_date(0);
+}
+ObjectRef dictionary(bool) {
+  return standin::make_dictionary();
+}
+
 double minus_infinity() {
   return -Limits<double>::infinity();
 }
@@ -127,33 +137,39 @@ int odd_real_count() {
 
 const std::vector<OddVariant>& odd_variants() {
   static const std::vector<OddVariant> variants = {
-      {real<minus_infinity>, false, false},
-      {real<&Limits<double>::lowest>, false, false},
-      {real<minus_denormal>, false, false},
-      {zero, false, false},
-      {real<&Limits<double>::denorm_min>, false, false},
-      {real<&Limits<double>::max>, false, false},
-      {real<&Limits<double>::infinity>, false, false},
+      {.make = real<minus_infinity>},
+      {.make = real<&Limits<double>::lowest>},
+      {.make = real<minus_denormal>},
+      {.make = zero},
+      {.make = real<&Limits<double>::denorm_min>},
+      {.make = real<&Limits<double>::max>},
+      {.make = real<&Limits<double>::infinity>},
 
-      {real<&Limits<double>::quiet_NaN>, true, true},
-      {single<&Limits<float>::quiet_NaN>, true, true},
-      {single<minus_infinite_single>, false, false},
-      {single<&Limits<float>::denorm_min>, false, false},
-      {single_zero, false, false},
-      {int64<&Limits<std::int64_t>::min>, false, false},
-      {int64<&Limits<std::int64_t>::max>, false, false},
-      {currency<&Limits<std::int64_t>::min>, false, false},
-      {currency<&Limits<std::int64_t>::max>, false, false},
-      {integer<&Limits<std::int32_t>::min>, false, false},
-      {integer<&Limits<std::int32_t>::max>, false, false},
-      {color<0>, false, false},
-      {color<0xFFFFFF>, false, false},
-      {boolean<false>, false, false},
-      {boolean<true>, false, false},
-      {[](bool) { return ObjectRef(); }, false, false},
-      {[](bool) { return standin::make_date(0); }, true, false},
-      {[](bool) { return standin::make_date(0); }, true, false},
-      {[](bool) { return standin::make_dictionary(); }, true, false},
+      {.make = real<&Limits<double>::quiet_NaN>,
+       .has_identity = true,
+       .is_nan = true,
+       .is_unlike = true},
+      {.make = single<&Limits<float>::quiet_NaN>,
+       .has_identity = true,
+       .is_nan = true,
+       .is_unlike = true},
+      {.make = single<minus_infinite_single>},
+      {.make = single<&Limits<float>::denorm_min>},
+      {.make = single_zero},
+      {.make = int64<&Limits<std::int64_t>::min>},
+      {.make = int64<&Limits<std::int64_t>::max>, .is_unlike = true},
+      {.make = currency<&Limits<std::int64_t>::min>},
+      {.make = currency<&Limits<std::int64_t>::max>, .is_unlike = true},
+      {.make = integer<&Limits<std::int32_t>::min>, .is_unlike = true},
+      {.make = integer<&Limits<std::int32_t>::max>},
+      {.make = color<0>, .is_unlike = true},
+      {.make = color<0xFFFFFF>},
+      {.make = boolean<false>},
+      {.make = boolean<true>, .is_unlike = true},
+      {.make = nil},
+      {.make = date, .has_identity = true, .is_unlike = true},
+      {.make = date, .has_identity = true, .is_unlike = true},
+      {.make = dictionary, .has_identity = true, .is_unlike = true},
   };
   return variants;
 }

@@ -29,8 +29,10 @@ struct OddVariant {
   /// A new one; the other form has other bytes, if there are such of an equal value.
   standin::ObjectRef (*make)(bool other_form);
   /// Whether it is equal to itself alone, as objects and NaNs are.
-  bool has_identity;
-  bool is_nan;
+  bool has_identity = false;
+  bool is_nan = false;
+  /// Whether it belongs to a choice of which no two have a type with an order of values in common.
+  bool is_unlike = false;
 };
 const std::vector<OddVariant>& odd_variants();
 /// So many of them, the first ones, are Doubles in ascending order.

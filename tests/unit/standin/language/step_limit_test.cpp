@@ -19,8 +19,8 @@ Outcome run_for(std::uint64_t most_steps, const std::string& text) {
   std::istringstream in;
   std::ostringstream out;
   std::ostringstream err;
-  const standin::language::Script script("test.rbs", text, host);
-  const int status = script.run({}, {in, out, err}, most_steps);
+  const int status =
+      standin::language::Script("test.rbs", text, host).run({}, {in, out, err}, most_steps);
   EXPECT_EQ(standin::text(host.ledger().held_since(before)), "") << text;
   return {out.str(), err.str(), status};
 }
