@@ -17,6 +17,7 @@ set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1")
 option(ZRB_32_BIT "Build for the host's own 32-bit binary interface" OFF)
 option(ZRB_SANITIZE "Build with the Address and Undefined Behaviour sanitizers" OFF)
 option(ZRB_DIAGNOSE "Build the plugin that raises an exception where a program uses an iterator wrongly" OFF)
+option(ZRB_FUZZ "Build the fuzzers (needs clang with libFuzzer)" OFF)
 
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE
@@ -31,6 +32,13 @@ endif()
 if(ZRB_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
+endif()
+if(ZRB_FUZZ)
+  # A host calls registered routines by their address, under types of its own, which clang's check
+  # of function types cannot know.
+  add_compile_options(-fno-sanitize=function)
+  # The C++ library is older than this clang, which warns of it in instantiated templates.
+  target_compile_options(project_options INTERFACE -Wno-deprecated-declarations)
 endif()
 
 # The standard headers that most files of the stand-in host and the tests include; parsing them once

@@ -176,6 +176,7 @@ Flow Block::run(Frame& frame) const {
 Flow Block::run_statements(Frame& frame) const {
   for (const std::unique_ptr<Statement>& statement : statements_) {
     frame.position = statement->position();
+    frame.machine->count_step();
     const Flow flow = statement->run(frame);
     if (flow != Flow::next) return flow;
   }

@@ -84,6 +84,7 @@ class For final : public Statement {
     const bool falling = downwards_ || step < Number{0};
     while (true) {
       frame.position = position();
+      frame.machine->count_step();
       const Number last = Counter::evaluate(*last_, frame);
       const Number current = Counter::read(counter);
       if (falling ? current < last : current > last) return Flow::next;
@@ -130,6 +131,7 @@ class ForEach final : public Statement {
     const Value array = array_->value(frame);
     Value& variable = *variable_->place(frame);
     for (std::int32_t index = 0; index <= upper_bound(array.as_array()); ++index) {
+      frame.machine->count_step();
       variable = get(array.as_array(), index, variable_->type());
       Flow flow = body_.run(frame);
       if (!goes_on(frame, loop_, flow)) return flow;
@@ -156,6 +158,7 @@ class Loop final : public Statement {
   Flow run(Frame& frame) const override {
     while (true) {
       frame.position = position();
+      frame.machine->count_step();
       if (ends(before_, frame)) return Flow::next;
       Flow flow = body_.run(frame);
       if (!goes_on(frame, loop_, flow)) return flow;

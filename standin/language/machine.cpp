@@ -42,12 +42,14 @@ Value* ValueStack::allocate(std::size_t count) {
   return slots;
 }
 
-Machine::Machine(Host& host, const Streams& streams, std::size_t static_count)
+Machine::Machine(Host& host, const Streams& streams, std::size_t static_count,
+                 std::uint64_t most_steps)
     : host_(host),
       streams_(streams),
       statics_(static_count),
       random_(std::random_device()()),
-      stack_limit_(stack_address() - stack_budget()) {}
+      stack_limit_(stack_address() - stack_budget()),
+      steps_left_(most_steps) {}
 
 REALobject Machine::text_encoding(std::uint32_t code) {
   ObjectRef& object = encodings_[code];
@@ -64,6 +66,7 @@ void Machine::check_stack() const {
 Activation::Activation(Machine& machine, const Function& function)
     : function_(function), mark_(machine.stack().mark()), exceptions_(std::uncaught_exceptions()) {
   machine.check_stack();
+  machine.count_step();
   frame_.machine = &machine;
   frame_.slots = machine.stack().allocate(static_cast<std::size_t>(function.slot_count));
 }

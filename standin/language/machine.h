@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -28,6 +29,12 @@ struct Streams {
 struct QuitProgram {
   int status;
 };
+
+// How many steps a program may take: statements, passes of loops, calls of its routines.
+inline constexpr std::uint64_t unlimited_steps = std::numeric_limits<std::uint64_t>::max();
+
+// Thrown when they are used up; the program ends as with Quit.
+struct StepsUsedUp {};
 
 // Room for the variables of all activations. Slots do not move while they are in use.
 class ValueStack {
@@ -56,7 +63,8 @@ class Machine {
  public:
   // Calls may use the native stack from here on, within a budget that leaves enough of it to
   // whatever they call.
-  Machine(Host& host, const Streams& streams, std::size_t static_count);
+  Machine(Host& host, const Streams& streams, std::size_t static_count,
+          std::uint64_t most_steps = unlimited_steps);
 
   Host& host() const { return host_; }
   const Streams& streams() const { return streams_; }
@@ -70,6 +78,10 @@ class Machine {
   ValueStack& stack() { return stack_; }
   // The one TextEncoding object of an encoding.
   REALobject text_encoding(std::uint32_t code);
+
+  void count_step() {
+    if (steps_left_-- == 0) throw StepsUsedUp{};
+  }
 
   // Raises StackOverflowException when the budget is used up.
   void check_stack() const;
@@ -88,6 +100,7 @@ class Machine {
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
   std::map<std::uint32_t, ObjectRef> encodings_;
   std::uintptr_t stack_limit_;
+  std::uint64_t steps_left_;
 };
 
 // An activation of a function: fill the slots of its parameters, then run it.

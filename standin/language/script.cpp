@@ -36,13 +36,16 @@ Script::Script(std::string name, std::string text, Host& host)
   }
 }
 
-int Script::run(const std::vector<std::string>& arguments, const Streams& streams) const {
-  Machine machine(host_, streams, program_->static_count);
+int Script::run(const std::vector<std::string>& arguments, const Streams& streams,
+                std::uint64_t most_steps) const {
+  Machine machine(host_, streams, program_->static_count, most_steps);
   int status = 1;
   try {
     status = run_body(arguments, machine);
   } catch (const QuitProgram& quit) {
     status = quit.status;
+  } catch (const StepsUsedUp&) {
+    status = report("stopped after " + std::to_string(most_steps) + " steps", machine);
   } catch (const HostException& exception) {
     const std::string message = exception.message();
     status = report("unhandled " + exception.class_name() + (message.empty() ? "" : ": ") + message,

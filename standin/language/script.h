@@ -2,6 +2,7 @@
 #ifndef ZRB_STANDIN_LANGUAGE_SCRIPT_H
 #define ZRB_STANDIN_LANGUAGE_SCRIPT_H
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,7 +24,9 @@ class Script {
   // Runs the program's body with `args`: the script's name, then the arguments. Returns the exit
   // status. What no Catch caught is reported to the error stream, as "file:line: unhandled
   // KeyNotFoundException: message" with the source line; the status is 1 then.
-  int run(const std::vector<std::string>& arguments, const Streams& streams) const;
+  // A program that uses up its steps is stopped, and reported likewise.
+  int run(const std::vector<std::string>& arguments, const Streams& streams,
+          std::uint64_t most_steps = unlimited_steps) const;
 
  private:
   int run_body(const std::vector<std::string>& arguments, Machine& machine) const;

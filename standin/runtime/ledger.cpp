@@ -66,7 +66,12 @@ Ledger::Ledger(bool active, bool strict) : active_(active), strict_(strict) {
 
 Ledger::~Ledger() {
   if (active_one_ == this) active_one_ = nullptr;
+  forget_released();
+}
+
+void Ledger::forget_released() {
   for (const auto& [block, description] : dead_) blocks::deallocate(block);
+  dead_.clear();
 }
 
 std::vector<HandleReport> Ledger::live() const {

@@ -66,6 +66,9 @@ class Ledger {
 
   const std::vector<Violation>& violations() const { return violations_; }
   void clear_violations() { violations_.clear(); }
+  // Frees what a strict ledger keeps of released handles, so that a host can serve for long. They
+  // are unknown handles from then on.
+  void forget_released();
   // Called at every violation, once it is recorded: to fail at once.
   void on_violation(std::function<void(const Violation&)> hook) { hook_ = std::move(hook); }
 

@@ -30,6 +30,7 @@ Action of(Operation operation) {
     ZRB_ACTION(compare_positions);
     ZRB_ACTION(compare_with_nil);
     ZRB_ACTION(use_unpositioned);
+    ZRB_ACTION(use_end);
     ZRB_ACTION(remove_position);
     ZRB_ACTION(remove_range);
     ZRB_ACTION(remove_nil);

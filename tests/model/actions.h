@@ -36,6 +36,7 @@ bool assign_position(Playthrough& playthrough, const Step& step);
 bool compare_positions(Playthrough& playthrough, const Step& step);
 bool compare_with_nil(Playthrough& playthrough, const Step& step);
 bool use_unpositioned(Playthrough& playthrough, const Step& step);
+bool use_end(Playthrough& playthrough, const Step& step);
 bool remove_position(Playthrough& playthrough, const Step& step);
 bool remove_range(Playthrough& playthrough, const Step& step);
 bool remove_nil(Playthrough& playthrough, const Step& step);

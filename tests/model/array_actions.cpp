@@ -18,7 +18,7 @@ std::string bracketed(const std::vector<std::string>& items) {
 
 std::string expected_items(ElementType type, const std::vector<const Object*>& items) {
   std::vector<std::string> all_shown;
-  for (const Object* item : items) all_shown.push_back(shown(type, *item->content));
+  for (const Object* item : items) all_shown.push_back(shown(type, *item));
   return bracketed(all_shown);
 }
 
@@ -75,8 +75,7 @@ bool ask_at(Playthrough& playthrough, const Step& step, const char* declaration,
     return playthrough.identified(expected,
                                   playthrough.container().call_for(type, declaration, index));
   });
-  playthrough.expect_result(is_inside ? shown(type, *expected->content) : "OutOfBoundsException",
-                            actual);
+  playthrough.expect_result(is_inside ? shown(type, *expected) : "OutOfBoundsException", actual);
   return true;
 }
 

@@ -6,6 +6,7 @@
 #include <limits>
 #include <random>
 
+#include "model/odd_contents.h"
 #include "runtime/encodings.h"
 #include "runtime/strings.h"
 #include "runtime/variants.h"
@@ -62,6 +63,36 @@ Content mixed_content(int index) {
   }
 }
 
+Content odd_text(std::size_t row) {
+  return {ContentKind::odd_text, 0, odd_texts()[row].text, row, false};
+}
+Content odd_variant(std::size_t row) {
+  return {ContentKind::odd_variant, 0, "", row, odd_variants()[row].has_identity};
+}
+
+/// A text, one of each other type, and objects.
+std::vector<Content> unlike_keys(std::size_t most) {
+  std::vector<Content> result = {odd_text(1)};
+  for (std::size_t row = 0; row < odd_variants().size(); ++row) {
+    if (odd_variants()[row].is_unlike) result.push_back(odd_variant(row));
+  }
+  result.resize(std::min(result.size(), most));
+  for (Content& content : result) content.is_single = true;
+  return result;
+}
+
+Content odd_text_key(int index) {
+  const auto row = static_cast<std::size_t>(index);
+  return row < odd_texts().size() ? odd_text(row) : text(plain_text(index));
+}
+
+/// Texts and variants by turns, so that even few keys are of both.
+Content odd_mixed_key(int index) {
+  const auto row = static_cast<std::size_t>(index / 2);
+  if (index % 2 == 0 && row < odd_variants().size()) return odd_variant(row);
+  return odd_text_key(index % 2 == 0 ? index + static_cast<int>(odd_texts().size()) : index / 2);
+}
+
 Content key_content(Scheme scheme, int index, int count, std::mt19937& random) {
   switch (scheme) {
     case Scheme::dense:
@@ -78,13 +109,22 @@ Content key_content(Scheme scheme, int index, int count, std::mt19937& random) {
       return {ContentKind::half, 2 * (index - count / 3) + 1, ""};
     case Scheme::mixed:
       return mixed_content(index);
+    case Scheme::odd_texts:
+      return odd_text_key(index);
+    case Scheme::odd_reals:
+      return odd_variant(static_cast<std::size_t>(index));
+    case Scheme::odd_mixed:
+      return odd_mixed_key(index);
+    case Scheme::unlike:
+      break;  // has a list of its own
   }
   std::abort();
 }
 
 bool sorts_before(const Content& a, const Content& b) {
   if (a.number != b.number) return a.number < b.number;
-  return a.text < b.text;  // by unsigned bytes
+  if (a.text != b.text) return a.text < b.text;  // by unsigned bytes
+  return a.row < b.row;
 }
 
 std::string halves_text(std::int64_t halves) {
@@ -106,6 +146,9 @@ std::string text_of(const Content& content) {
       return content.number != 0 ? "True" : "False";
     case ContentKind::text:
       return content.text;
+    case ContentKind::odd_text:
+    case ContentKind::odd_variant:
+      break;
   }
   std::abort();
 }
@@ -124,6 +167,9 @@ VariantType type_of(ContentKind kind) {
       return VariantType::boolean;
     case ContentKind::text:
       return VariantType::string;
+    case ContentKind::odd_text:
+    case ContentKind::odd_variant:
+      break;
   }
   std::abort();
 }
@@ -132,13 +178,18 @@ std::string shown_variant(VariantType type, const std::string& its_text) {
   return std::to_string(static_cast<int>(type)) + ":" + its_text;
 }
 
-standin::StringRef make_text(const Content& content, bool other_form) {
-  if (!other_form) return standin::make_string(content.text);
+standin::StringRef make_text(const Content& content, int copy) {
+  if (content.kind == ContentKind::odd_text) {
+    const std::vector<EncodedText>& forms = odd_texts()[content.row].forms;
+    const EncodedText& form = forms[static_cast<std::size_t>(copy) % forms.size()];
+    return standin::make_string(form.bytes, form.encoding);
+  }
+  if (copy != copies - 1) return standin::make_string(content.text);
   if (content.text.empty()) return nullptr;
   return standin::convert(standin::make_string(content.text).get(), host_encoding::utf16);
 }
 
-standin::ObjectRef make_variant(const Content& content, bool other_form) {
+standin::ObjectRef make_variant(const Content& content, int copy) {
   switch (content.kind) {
     case ContentKind::nil:
       return nullptr;
@@ -152,9 +203,23 @@ standin::ObjectRef make_variant(const Content& content, bool other_form) {
       return standin::variant_from_boolean(content.number != 0);
     case ContentKind::text:
       return standin::variant_from_string(
-          make_text(content, other_form && !content.text.empty()).get());
+          make_text(content, content.text.empty() ? 0 : copy).get());
+    case ContentKind::odd_text:
+      return standin::variant_from_string(make_text(content, copy).get());
+    case ContentKind::odd_variant:
+      return odd_variants()[content.row].make(copy == copies - 1);
   }
   std::abort();
+}
+
+std::size_t most_keys(Scheme scheme, int count) {
+  const auto wanted = static_cast<std::size_t>(count);
+  if (scheme != Scheme::odd_reals) return wanted;
+  return std::min(wanted, static_cast<std::size_t>(odd_real_count()));
+}
+
+bool is_sorted(Scheme scheme) {
+  return scheme != Scheme::mixed && scheme != Scheme::odd_mixed;
 }
 
 }  // namespace
@@ -175,8 +240,20 @@ const char* name(Scheme scheme) {
       return "halves";
     case Scheme::mixed:
       return "mixed";
+    case Scheme::odd_texts:
+      return "odd texts";
+    case Scheme::odd_reals:
+      return "odd reals";
+    case Scheme::odd_mixed:
+      return "odd mixed";
+    case Scheme::unlike:
+      return "unlike";
   }
   std::abort();
+}
+
+bool is_odd(Scheme scheme) {
+  return scheme >= Scheme::odd_texts;
 }
 
 std::vector<Scheme> schemes_for(const support::ContainerClass& container_class) {
@@ -194,17 +271,26 @@ std::vector<Scheme> schemes_for(const support::ContainerClass& container_class) 
   std::abort();
 }
 
+std::vector<Scheme> odd_schemes_for(const support::ContainerClass& container_class) {
+  using enum Scheme;
+  if (container_class.key == ElementType::integer) return {};
+  if (container_class.key == ElementType::string) return {odd_texts};
+  if (container_class.is_ordered()) return {odd_texts, odd_reals, unlike};
+  return {odd_mixed, odd_texts};
+}
+
 std::vector<Content> keys(Scheme scheme, int count) {
+  if (scheme == Scheme::unlike) return unlike_keys(static_cast<std::size_t>(count));
   std::mt19937 random(20120517);
   std::vector<Content> result;
-  while (static_cast<int>(result.size()) < count) {
+  while (result.size() < most_keys(scheme, count)) {
     const int next = static_cast<int>(result.size());
     Content content = key_content(scheme, next, count, random);
     const bool is_new =
         scheme != Scheme::wide || std::find(result.begin(), result.end(), content) == result.end();
     if (is_new) result.push_back(std::move(content));
   }
-  if (scheme != Scheme::mixed) std::sort(result.begin(), result.end(), sorts_before);
+  if (is_sorted(scheme)) std::sort(result.begin(), result.end(), sorts_before);
   return result;
 }
 
@@ -226,19 +312,35 @@ std::vector<Content> values(ElementType type, int count) {
   return result;
 }
 
-Element make_element(ElementType type, const Content& content, bool other_form) {
+std::vector<Content> odd_values(ElementType type, int count) {
+  if (type == ElementType::integer) return values(type, count);
+  std::vector<Content> result;
+  for (int i = 0; i < count; ++i) {
+    result.push_back(type == ElementType::string ? odd_text_key(i) : odd_mixed_key(i));
+  }
+  return result;
+}
+
+Element make_element(ElementType type, const Content& content, int copy) {
   switch (type) {
     case ElementType::integer:
       return static_cast<std::int32_t>(content.number);
     case ElementType::string:
-      return make_text(content, other_form);
+      return make_text(content, copy);
     case ElementType::variant:
-      return make_variant(content, other_form);
+      return make_variant(content, copy);
   }
   std::abort();
 }
 
+bool is_nan(const Content& content) {
+  return content.kind == ContentKind::odd_variant && odd_variants()[content.row].is_nan;
+}
+
 std::string shown(ElementType type, const Content& content) {
+  if (content.kind == ContentKind::odd_text || content.kind == ContentKind::odd_variant) {
+    return shown(make_element(type, content, 0));
+  }
   if (type != ElementType::variant) return text_of(content);
   return shown_variant(type_of(content.kind), text_of(content));
 }

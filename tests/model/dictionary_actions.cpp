@@ -1,4 +1,6 @@
 // Maps made from Dictionaries, and turned into one.
+#include <algorithm>
+
 #include "model/actions.h"
 #include "model/replacement.h"
 #include "runtime/dictionary.h"
@@ -84,6 +86,9 @@ std::string give(Playthrough& playthrough, const Step& step, REALobject dictiona
 
 bool from_dictionary(Playthrough& playthrough, const Step& step) {
   const std::vector<const Object*> keys = playthrough.keys_of(step, 60, false);
+  if (std::any_of(keys.begin(), keys.end(),
+                  [](const Object* key) { return is_nan(*key->content); }))
+    return false;
   const std::vector<const Object*> values = playthrough.values_of(step, keys.size());
   std::vector<Entry> entries;
   std::string actual;

@@ -23,6 +23,7 @@ FailureReport report_failure(const Sequence& sequence, const ModelFactory& make_
       run(report.shrunk, {.steps_between_full_checks = 1, .keep_performed = true}, make_model);
   report.disagreement = outcome.disagreement.value_or(
       Disagreement{0, Operation::put, "nothing, when run once more", "", ""});
+  if (is_odd(sequence.scheme)) return report;
   report.program =
       program(*sequence.container_class, outcome.performed,
               std::string(sequence.container_class->name) + ", " + report.disagreement.text() +
@@ -33,7 +34,7 @@ FailureReport report_failure(const Sequence& sequence, const ModelFactory& make_
 std::string FailureReport::text() const {
   return disagreement.text() + "in the steps, with " + name(shrunk.scheme) + " keys (" +
          std::to_string(shrunk.key_count) + "):\n" + model::text(shrunk.steps) +
-         "and as a program for the console:\n" + program;
+         (program.empty() ? "" : "and as a program for the console:\n" + program);
 }
 
 }  // namespace model

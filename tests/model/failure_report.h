@@ -11,7 +11,7 @@ namespace model {
 struct FailureReport {
   Sequence shrunk;
   Disagreement disagreement;  // of the shrunk sequence
-  std::string program;        // does in the console what the shrunk sequence does
+  std::string program;        // does in the console what the shrunk sequence does; "" for odd keys
 
   std::string text() const;
 };

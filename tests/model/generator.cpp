@@ -1,8 +1,6 @@
 // Drawing steps.
 #include "model/generator.h"
 
-#include <random>
-
 namespace model {
 namespace {
 
@@ -17,11 +15,10 @@ Phase phase_of(int step, int phase_length) {
 
 class Generator {
  public:
-  Generator(const support::ContainerClass& container_class, unsigned seed)
-      : class_(container_class), random_(seed), may_abandon_(below(3) == 0) {}
+  Generator(const support::ContainerClass& container_class, Choices& choices)
+      : class_(container_class), choices_(choices), may_abandon_(below(3) == 0) {}
 
-  // std::mt19937 is the same everywhere; the standard distributions are not.
-  int below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
+  int below(int limit) { return choices_.below(limit); }
 
   Operation operation(Phase phase) {
     int total = 0;
@@ -50,17 +47,23 @@ class Generator {
   }
 
   const support::ContainerClass& class_;
-  std::mt19937 random_;
+  Choices& choices_;
   bool may_abandon_;
 };
 
 }  // namespace
 
 Sequence generate(const support::ContainerClass& container_class, unsigned seed, Size size) {
-  Generator generator(container_class, seed);
+  RandomChoices choices(seed);
   const std::vector<Scheme> schemes = schemes_for(container_class);
-  Sequence sequence{&container_class, schemes[seed % schemes.size()], size.key_count, 50, {}};
-  for (int i = 0; i < size.steps; ++i) {
+  return generate(container_class, schemes[seed % schemes.size()], choices, size);
+}
+
+Sequence generate(const support::ContainerClass& container_class, Scheme scheme, Choices& choices,
+                  Size size) {
+  Generator generator(container_class, choices);
+  Sequence sequence{&container_class, scheme, size.key_count, 50, {}};
+  for (int i = 0; i < size.steps && !choices.are_over(); ++i) {
     Step step;
     step.operation = generator.operation(phase_of(i, size.steps / 10 + 1));
     step.key = generator.below(size.key_count);

@@ -2,6 +2,7 @@
 #ifndef ZRB_TESTS_MODEL_GENERATOR_H
 #define ZRB_TESTS_MODEL_GENERATOR_H
 
+#include "model/choices.h"
 #include "model/steps.h"
 
 namespace model {
@@ -15,6 +16,10 @@ struct Size {
 /// The same sequence for the same arguments, everywhere. About
 /// every third seed may abandon storage.
 Sequence generate(const support::ContainerClass& container_class, unsigned seed, Size size);
+
+/// As many steps as the size says, or as there are choices for.
+Sequence generate(const support::ContainerClass& container_class, Scheme scheme, Choices& choices,
+                  Size size);
 
 }  // namespace model
 

@@ -189,6 +189,23 @@ bool use_unpositioned(Playthrough& playthrough, const Step& step) {
   return true;
 }
 
+bool use_end(Playthrough& playthrough, const Step& step) {
+  const Iterator end = playthrough.container().last();
+  const support::ContainerClass& its_class = playthrough.container_class();
+  const bool of_values = its_class.is_map() && step.variation % 2 == 1;
+  playthrough.performed.index = of_values ? 1 : 0;
+  const Object* const value = of_values ? &playthrough.value_of(step) : nullptr;
+  const support::ElementType type = of_values ? *its_class.value : its_class.key;
+  const std::string actual = playthrough.outcome([&] {
+    end.move_next();
+    if (of_values) end.set_value(value->element);
+    const Element nothing = of_values ? end.value() : end.key();
+    return shown(nothing) + " at " + shown_position(playthrough, end, std::nullopt);
+  });
+  playthrough.expect_result(shown(support::neutral(type)) + " at end", actual);
+  return true;
+}
+
 bool remove_position(Playthrough& playthrough, const Step& step) {
   const int slot = slot_of(playthrough, step);
   if (!playthrough.slot(slot) || !playthrough.slot(slot)->key) return false;

@@ -15,24 +15,29 @@ constexpr bool leaks_are_sought = true;
 constexpr bool leaks_are_sought = false;
 #endif
 
+}  // namespace
+
+Leftovers::Leftovers(standin::Host& host, bool in_shared_host)
+    : host_(host), are_freed_(leaks_are_sought || in_shared_host) {
+  if (are_freed_) before_ = host.ledger().snapshot();
+}
+
 template <class Handle>
-void release(const HandleReport& report) {
-  for (std::uint32_t i = 0; i < report.locks; ++i) {
-    standin::unlock(static_cast<Handle>(const_cast<void*>(report.handle)));
+void Leftovers::release_all(HandleKind kind) {
+  for (const HandleReport& report : host_.ledger().live()) {
+    if (report.kind != kind || before_.contains(report.serial)) continue;
+    for (std::uint32_t i = 0; i < report.locks; ++i) {
+      standin::unlock(static_cast<Handle>(const_cast<void*>(report.handle)));
+    }
   }
 }
 
-}  // namespace
-
 Leftovers::~Leftovers() {
-  if (!leaks_are_sought) return;
-  // Variants first, since they hold strings.
-  for (const HandleReport& report : host_.ledger().live()) {
-    if (report.kind == HandleKind::variant) release<REALobject>(report);
-  }
-  for (const HandleReport& report : host_.ledger().live()) {
-    if (report.kind == HandleKind::string) release<REALstring>(report);
-  }
+  if (!are_freed_) return;
+  // Strings last, since the others hold some.
+  release_all<REALobject>(HandleKind::object);
+  release_all<REALobject>(HandleKind::variant);
+  release_all<REALstring>(HandleKind::string);
 }
 
 }  // namespace model

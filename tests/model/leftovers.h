@@ -7,16 +7,23 @@
 
 namespace model {
 
-/// At its end, frees whatever still lives in the host. Nothing may be used afterwards.
+/// At its end, frees what came into being since its start and still lives in the host: in a host
+/// that others use afterwards, and where a sanitizer looks for leaks. Nothing of it may be used
+/// any more.
 class Leftovers {
  public:
-  explicit Leftovers(standin::Host& host) : host_(host) {}
+  explicit Leftovers(standin::Host& host, bool in_shared_host = false);
   ~Leftovers();
   Leftovers(const Leftovers&) = delete;
   Leftovers& operator=(const Leftovers&) = delete;
 
  private:
+  template <class Handle>
+  void release_all(standin::HandleKind kind);
+
   standin::Host& host_;
+  bool are_freed_;
+  standin::Ledger::Snapshot before_;
 };
 
 }  // namespace model

@@ -59,6 +59,9 @@ std::string literal(ElementType type, const Given& given) {
       return shown(ElementType::string, given.content);
     case ContentKind::text:
       return text_literal(given);
+    case ContentKind::odd_text:
+    case ContentKind::odd_variant:
+      break;  // has no literal
   }
   std::abort();
 }

@@ -98,6 +98,23 @@ TEST_P(RandomSequences, of_many_keys_agree_with_the_model) {
   EXPECT_GT(*reach().bucket_counts.rbegin(), GetParam().is_hashed() ? 3079 : -1);
 }
 
+class OddContents : public RandomSequences {};
+ZRB_FOR_CLASSES(OddContents, support::classes_where([](const support::ContainerClass& its_class) {
+                  return !model::odd_schemes_for(its_class).empty();
+                }));
+
+TEST_P(OddContents, agree_with_the_model) {
+  for (const model::Scheme scheme : model::odd_schemes_for(GetParam())) {
+    SCOPED_TRACE(model::name(scheme));
+    for (unsigned seed = 1; seed <= 4; ++seed) {
+      model::RandomChoices choices(seed);
+      run(model::generate(GetParam(), scheme, choices,
+                          {.key_count = 60, .steps = 300, .largest_many = 30}),
+          1);
+    }
+  }
+}
+
 class RegisteredMembers : public RandomSequences {
  protected:
   /// Every routine of the tables that a class and its iterator register.

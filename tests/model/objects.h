@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <string>
 #include <tuple>
 #include <unordered_map>
 #include <vector>
@@ -24,8 +25,11 @@ struct Object {
   support::Element element;
 };
 
-/// Which of the host objects of a content is meant: two alike, and one of the other form.
-constexpr int copies = 3;
+/// As a program prints it.
+inline std::string shown(support::ElementType type, const Object& object) {
+  const bool is_odd = object.content->kind >= ContentKind::odd_text;  // copies may look different
+  return is_odd ? shown(object.element) : shown(type, *object.content);
+}
 
 class Objects {
  public:
@@ -58,6 +62,8 @@ class Objects {
   const Object& made(Made& among, support::ElementType type, const std::vector<Content>& contents,
                      int number, int copy, bool is_key);
   const Object& remember(Object object, bool is_key);
+  /// Makes all keys, whose order then is that of their handles.
+  void make_keys_in_order_of_handles();
 
   const support::ContainerClass& class_;
   LockBook& book_;

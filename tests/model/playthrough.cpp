@@ -40,12 +40,14 @@ std::string Disagreement::text() const {
          "\n  expected: " + expected + "\n  actual:   " + actual + "\n";
 }
 
-Playthrough::Playthrough(const Sequence& sequence, const ModelFactory& make_model)
+Playthrough::Playthrough(const Sequence& sequence, const ModelFactory& make_model,
+                         standin::Host* host)
     : class_(*sequence.container_class),
       make_model_(make_model),
-      host_(started_host()),
-      leftovers_(*host_),
-      live_handles_(static_cast<std::ptrdiff_t>(host_->ledger().live_count())),
+      own_host_(host == nullptr ? started_host() : nullptr),
+      host_(host == nullptr ? *own_host_ : *host),
+      leftovers_(host_, /*in_shared_host=*/host != nullptr),
+      live_handles_(static_cast<std::ptrdiff_t>(host_.ledger().live_count())),
       objects_(class_, sequence.scheme, sequence.key_count, sequence.value_count, book_),
       model_(new_model()),
       container_(Container::make(class_)) {}
@@ -187,8 +189,8 @@ void Playthrough::replace_container(Container container) {
 
 std::string Playthrough::outcome(const std::function<std::string()>& call) {
   const std::string result = call();
-  if (!host_->has_pending_exception()) return result;
-  const standin::HostException exception(host_->take_pending_exception());
+  if (!host_.has_pending_exception()) return result;
+  const standin::HostException exception(host_.take_pending_exception());
   const std::string raised =
       without_host_message(exception.class_name() + ": " + exception.message());
   for (const char* neutral : {"", "0", "0:", "False"}) {

@@ -1,4 +1,4 @@
-// One container in a host of its own, the model beside it, and the accounts: what the steps of a
+// One container in a host, the model beside it, and the accounts: what the steps of a
 // sequence work on.
 //
 // Steps act on both sides; `expect` compares. The first disagreement ends the sequence.
@@ -37,7 +37,9 @@ constexpr int slot_count = 3;
 
 class Playthrough {
  public:
-  Playthrough(const Sequence& sequence, const ModelFactory& make_model);
+  /// In a host of its own, unless one is given, with the plugin loaded and a strict ledger.
+  Playthrough(const Sequence& sequence, const ModelFactory& make_model,
+              standin::Host* host = nullptr);
   ~Playthrough();
   Playthrough(const Playthrough&) = delete;
   Playthrough& operator=(const Playthrough&) = delete;
@@ -94,17 +96,15 @@ class Playthrough {
   const support::Container& container() const { return *container_; }
   /// Another instance takes the container's place, which dies.
   void replace_container(support::Container container);
-  standin::Host& host() { return *host_; }
+  standin::Host& host() { return host_; }
 
   // Comparison.
   /// What a call gave, as a program would print it, or the exception that it raised.
   std::string outcome(const std::function<std::string()>& call);
   /// What an element holds; says so if it is not the very object expected.
   std::string identified(const Object* expected, const support::Element& actual) const;
-  std::string shown_key(const Object& key) const { return shown(class_.key, *key.content); }
-  std::string shown_value(const Object& value) const {
-    return shown(*class_.value, *value.content);
-  }
+  std::string shown_key(const Object& key) const { return shown(class_.key, key); }
+  std::string shown_value(const Object& value) const { return shown(*class_.value, value); }
   void expect(const std::string& what, const std::string& expected, const std::string& actual);
   template <class Number>
   void expect(const std::string& what, Number expected, Number actual) {
@@ -137,7 +137,8 @@ class Playthrough {
 
   const support::ContainerClass& class_;
   ModelFactory make_model_;
-  std::unique_ptr<standin::Host> host_;
+  std::unique_ptr<standin::Host> own_host_;
+  standin::Host& host_;
   Leftovers leftovers_;
   std::ptrdiff_t live_handles_;  // of the host itself, and what stays for good
   LockBook book_;

@@ -47,11 +47,11 @@ void Playthrough::check_state() {
   expect("locks", std::string(), book_.check_changed());
   expect("living handles",
          live_handles_beyond_objects() + static_cast<std::ptrdiff_t>(objects_.live_handles()),
-         static_cast<std::ptrdiff_t>(host_->ledger().live_count()));
-  for (const standin::Violation& violation : host_->ledger().violations()) {
+         static_cast<std::ptrdiff_t>(host_.ledger().live_count()));
+  for (const standin::Violation& violation : host_.ledger().violations()) {
     expect("use of handles", std::string(), violation.text());
   }
-  for (const std::string& error : host_->destructor_errors()) {
+  for (const std::string& error : host_.destructor_errors()) {
     expect("destructors", std::string(), error);
   }
 }
@@ -67,7 +67,7 @@ void Playthrough::check_element(const char* what, std::size_t place, const Objec
   if (is_the_object(expected, actual)) return;
   const support::ElementType type =
       std::string_view(what).starts_with("value") ? *class_.value : class_.key;
-  expect(what + (" at place " + std::to_string(place)), shown(type, *expected.content),
+  expect(what + (" at place " + std::to_string(place)), shown(type, expected),
          identified(&expected, actual));
 }
 

@@ -55,7 +55,7 @@ Outcome run(const Sequence& sequence, const RunOptions& options, const ModelFact
   std::optional<support::LeaksExpected> leaks_expected;
   if (abandons_storage(sequence)) leaks_expected.emplace();
   Outcome outcome;
-  Playthrough playthrough(sequence, make_model);
+  Playthrough playthrough(sequence, make_model, options.host);
   playthrough.host().set_trace(options.trace);
   try {
     run_steps(playthrough, sequence, options, outcome);

@@ -10,6 +10,7 @@
 #include "model/model.h"
 #include "model/performed.h"
 #include "model/steps.h"
+#include "runtime/host.h"
 #include "runtime/trace.h"
 
 namespace model {
@@ -36,9 +37,12 @@ struct RunOptions {
   bool keep_performed = false;
   /// Watches the host's calls; null for none.
   standin::TraceObserver* trace = nullptr;
+  /// A host with the plugin loaded and a strict ledger; null for a fresh one with a fresh copy of
+  /// the plugin. After a disagreement it is of no use any more.
+  standin::Host* host = nullptr;
 };
 
-/// Runs it in a fresh host with a fresh copy of the plugin, up to the first disagreement.
+/// Runs it up to the first disagreement.
 Outcome run(const Sequence& sequence, const RunOptions& options,
             const ModelFactory& make_model = model::make_model);
 

@@ -140,6 +140,13 @@ void Statements::iterators() {
       line("Dim fresh{#} As New {Iterator}");
       line(performed_.variation % 2 == 0 ? "got = Shown(fresh{#}.Key)" : "fresh{#}.MoveNext");
       break;
+    case Operation::use_end:
+      line("Dim end{#} As {Iterator} = c.last");
+      line("end{#}.MoveNext");
+      if (performed_.index == 1) line("end{#}.Value = {value}");
+      line(performed_.index == 1 ? "got = Shown(end{#}.Value)" : "got = Shown(end{#}.Key)");
+      line("got = got + \" at \" + Position(c, end{#})");
+      break;
     case Operation::remove_position:
       line("c.Remove {slot}");
       break;

@@ -43,6 +43,7 @@ constexpr Row rows[] = {
     {compare_positions,    "compare_positions",    all,          30,  40,  30},
     {compare_with_nil,     "compare_with_nil",     all,           3,   8,   3},
     {use_unpositioned,     "use_unpositioned",     all,           3,   8,   3},
+    {use_end,              "use_end",              all,           3,   8,   3},
     {remove_position,      "remove_position",      all,          10,  50,  80},
     {remove_range,         "remove_range",         all,           1,   8,  60},
     {remove_nil,           "remove_nil",           all,           3,   8,   3},

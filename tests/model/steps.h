@@ -37,6 +37,7 @@ enum class Operation {
   compare_positions,
   compare_with_nil,
   use_unpositioned,
+  use_end,
   remove_position,
   remove_range,
   remove_nil,
