@@ -40,9 +40,21 @@ def read_options():
     return parser.parse_args()
 
 
-def progress(text):
-    if sys.stderr.isatty():
-        print(f"\r\033[K{text}", end="", file=sys.stderr, flush=True)
+class Progress:
+    """One line that changes, on a terminal; elsewhere a line now and then."""
+
+    def __init__(self):
+        self._last = time.monotonic()
+
+    def __call__(self, text):
+        if sys.stderr.isatty():
+            print(f"\r\033[K{text}", end="", file=sys.stderr, flush=True)
+        elif text and time.monotonic() > self._last + 60:
+            self._last = time.monotonic()
+            print(f"mutate: {text}", file=sys.stderr, flush=True)
+
+
+progress = Progress()
 
 
 def choose_mutants(options, texts):

@@ -105,6 +105,8 @@ def statement_changes(source, function):
         for index, statement in enumerate(statements):
             if _is_declaration(statement.text) and _is_named_later(source, statement, function):
                 continue
+            if index == len(statements) - 1 and _gives_result(source, function, block, statement):
+                continue
             yield Change("removal", statement.start, statement.end, ";")
         for first, second in zip(statements, statements[1:]):
             if not (_may_move(first) and _may_move(second)):
@@ -149,6 +151,14 @@ def _may_move(statement):
     text = statement.text
     return (statement.simple and not _is_declaration(text)
             and not re.match(r"(return|break|continue|throw|if|for|while|else|case|catch)\b", text))
+
+
+def _gives_result(source, function, block, statement):
+    """Whether, without this statement, a function or lambda would end without a result."""
+    before = source.code[:block.start - 1].rstrip()
+    is_body = block.start == function.start or re.search(
+        r"\](?:\s*\([^()]*\))?(?:\s*mutable)?$", before)
+    return is_body and re.match(r"return [^;]", statement.text)
 
 
 def _is_named_later(source, statement, function):
