@@ -24,7 +24,8 @@ _ALONE_FLAGS = "-O0 -w"
 def read_options():
     parser = argparse.ArgumentParser(
         prog="tools/mutate", description="Makes small changes in copies of the plugin and runs the "
-        "fast tests against each. Works in build/mutation; writes results.tsv there.")
+        "fast tests against each. Works in build/mutation; writes results.tsv there (of a part of the "
+        "mutants, part.tsv).")
     parser.add_argument("--only", metavar="PATTERN", default="",
                         help="only mutants with this regular expression in 'FILE FUNCTION REGION'")
     parser.add_argument("--count", type=int, default=300, metavar="N",
@@ -201,8 +202,8 @@ def main():
     except BuildFailure as failure:
         print(f"mutate: the build fails:\n{failure}", file=sys.stderr)
         return 1
-    if not (options.again or options.only or options.first):
-        outcomes.write(os.path.join(WORK, "results.tsv"), run.results)
+    is_part = options.again or options.only or options.first
+    outcomes.write(os.path.join(WORK, "part.tsv" if is_part else "results.tsv"), run.results)
     print(outcomes.report(run.results, explanations))
     return 0
 

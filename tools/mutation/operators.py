@@ -3,6 +3,8 @@
 import re
 from collections import namedtuple
 
+from source import matching
+
 Change = namedtuple("Change", "kind start end replacement")
 
 # Binary operators stand between blanks; brackets of templates and declarators do not.
@@ -121,13 +123,21 @@ def statement_changes(source, function):
     for match in re.finditer(r"\b(if|while) \(", code[function.start:function.end]):
         opening = function.start + match.end() - 1
         yield from _negated_condition(code, opening)
-    for match in re.finditer(r"\breturn ([^;]+);", code[function.start:function.end]):
-        if not re.match(r"(true|false|nullptr|0|\{\})$", match.group(1)):
-            yield Change("result", function.start + match.start(1), function.start + match.end(1), "{}")
+    for match in re.finditer(r"\breturn (?=[^;])", code[function.start:function.end]):
+        start = function.start + match.end()
+        end = _end_of_statement(code, start)
+        if code[start:end] not in ("true", "false", "nullptr", "0", "{}"):
+            yield Change("result", start, end, "{}")
+
+
+def _end_of_statement(code, position):
+    """Where the semicolon stands that ends what goes on here."""
+    while code[position] != ";":
+        position = matching(code, position) + 1 if code[position] in "([{" else position + 1
+    return position
 
 
 def _negated_condition(code, opening):
-    from source import matching
     closing = matching(code, opening)
     start = opening + 1
     inner = code[start:closing]

@@ -121,7 +121,7 @@ class Source:
                 if _TYPE_HEADER.match(header):
                     scopes.append(_type_name(header))
                     header_start = position + 1
-                elif "(" in header and header[-1] not in "=,(":
+                elif "(" in header and not _is_assigned(header):
                     name = "::".join([scope for scope in scopes if scope] + [_function_name(header)])
                     function = Function(position + 1, close, name,
                                         compile_time=header.startswith("consteval"))
@@ -191,6 +191,16 @@ def matching(code, position):
             if depth == 0:
                 return index
     raise ValueError(f"a {opening} that is never closed")
+
+
+def _is_assigned(header):
+    """Whether the text initialises something, rather than heading a function."""
+    depth = 0
+    for index, character in enumerate(header):
+        depth += (character in "([") - (character in ")]")
+        if depth == 0 and header[index:index + 3] in (" = ", " ="):
+            return True
+    return header[-1] in "=,("
 
 
 def _without_template_prefix(header):
