@@ -18,6 +18,7 @@ option(ZRB_32_BIT "Build for the host's own 32-bit binary interface" OFF)
 option(ZRB_SANITIZE "Build with the Address and Undefined Behaviour sanitizers" OFF)
 option(ZRB_DIAGNOSE "Build the plugin that raises an exception where a program uses an iterator wrongly" OFF)
 option(ZRB_FUZZ "Build the fuzzers (needs clang with libFuzzer)" OFF)
+option(ZRB_COVERAGE "Count what is executed: with gcc lines and branches, with clang conditions" OFF)
 
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE
@@ -39,6 +40,26 @@ if(ZRB_FUZZ)
   add_compile_options(-fno-sanitize=function)
   # The C++ library is older than this clang, which warns of it in instantiated templates.
   target_compile_options(project_options INTERFACE -Wno-deprecated-declarations)
+endif()
+
+# zrb_count_coverage(): what is compiled in this folder and below counts how often it is executed.
+# Tests are not counted themselves, but for those that are made of the plugin's templates.
+function(zrb_count_coverage)
+  if(NOT ZRB_COVERAGE)
+    return()
+  endif()
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(--coverage)
+  else()
+    add_compile_options(-fprofile-instr-generate -fcoverage-mapping -fcoverage-mcdc)
+  endif()
+endfunction()
+if(ZRB_COVERAGE)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_link_options(--coverage)
+  else()
+    add_link_options(-fprofile-instr-generate)
+  endif()
 endif()
 
 # The standard headers that most files of the stand-in host and the tests include; parsing them once

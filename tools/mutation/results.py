@@ -1,0 +1,106 @@
+"""What became of the mutants: the file of results, and what is printed of it."""
+
+import os
+import re
+from collections import Counter
+from dataclasses import dataclass
+
+KILLED, SURVIVED, EQUIVALENT, REFUSED = "killed", "survived", "explained", "does not compile"
+_COLUMNS = ["file", "line", "function", "region", "kind", "before", "after", "outcome", "killer",
+            "seconds"]
+
+
+@dataclass
+class Result:
+    mutant: object
+    outcome: str
+    killer: str = ""
+    seconds: float = 0.0
+
+
+class Explanations:
+    """Survivors that no test can kill, from equivalent.txt. Each paragraph there is
+
+        plugin/FILE FUNCTION
+        - the lines before
+        + the lines after
+        why this changes nothing that can be seen
+    """
+
+    def __init__(self, path):
+        self._reasons = {}
+        with open(path, encoding="utf-8") as file:
+            text = "\n".join(line for line in file.read().splitlines() if not line.startswith("#"))
+        for paragraph in re.split(r"\n\s*\n", text.strip()):
+            lines = paragraph.strip().splitlines()
+            if not lines:
+                continue
+            if len(lines) < 4 or lines[1][:1] != "-" or lines[2][:1] != "+":
+                raise ValueError(f"{os.path.basename(path)}: not as its head says:\n{paragraph}")
+            file_name, _, function = lines[0].partition(" ")
+            key = file_name, function.strip(), lines[1][1:].strip(), lines[2][1:].strip()
+            self._reasons[key] = " ".join(line.strip() for line in lines[3:])
+
+    def of(self, mutant):
+        return self._reasons.get(mutant.key)
+
+    def unused(self, mutants):
+        """Those that fit none of the mutants, as happens when the code they are about has gone."""
+        keys = {mutant.key for mutant in mutants}
+        return [key for key in self._reasons if key not in keys]
+
+
+def write(path, results):
+    with open(path, "w", encoding="utf-8") as file:
+        file.write("\t".join(_COLUMNS) + "\n")
+        for result in results:
+            mutant = result.mutant
+            file.write("\t".join([
+                mutant.path, str(mutant.line), mutant.function, mutant.region, mutant.kind,
+                mutant.before, mutant.after, result.outcome, result.killer,
+                f"{result.seconds:.1f}"]).replace("\n", " ") + "\n")
+
+
+def survivors_in(path):
+    """The keys of the mutants that survived an earlier run."""
+    with open(path, encoding="utf-8") as file:
+        rows = [dict(zip(_COLUMNS, line.rstrip("\n").split("\t"))) for line in file][1:]
+    return {(row["file"], row["function"], row["before"], row["after"]) for row in rows
+            if row["outcome"] in (SURVIVED, EQUIVALENT)}
+
+
+def table(title, results, label):
+    """Counts by what `label` gives for a mutant."""
+    counts = Counter((label(result.mutant), result.outcome) for result in results)
+    names = sorted({name for name, _ in counts})
+    width = max([len(title)] + [len(name) for name in names] + [len("all")])
+    outcomes = [KILLED, SURVIVED, EQUIVALENT, REFUSED]
+    lines = [f"{title:<{width}}  " + "  ".join(f"{outcome:>9}" for outcome in outcomes) + "  score"]
+    for name in names + ["all"]:
+        row = [sum(count for (other, outcome), count in counts.items()
+                   if outcome == wanted and name in (other, "all")) for wanted in outcomes]
+        lines.append(f"{name:<{width}}  " + "  ".join(
+            f"{count:>{max(9, len(outcome))}}" for count, outcome in zip(row, outcomes))
+            + "  " + score(row[0], row[0] + row[1] + row[2]))
+    return "\n".join(lines)
+
+
+def score(killed, counted):
+    return f"{100 * killed / counted:5.1f} %" if counted else "    -"
+
+
+def report(results, explanations):
+    parts = [table("file", results, lambda mutant: mutant.path),
+             table("kind", results, lambda mutant: mutant.kind),
+             table("region", results, lambda mutant: mutant.region or "elsewhere")]
+    survived = [result for result in results if result.outcome == SURVIVED]
+    if survived:
+        parts.append("Survivors without an explanation:\n\n" + "\n\n".join(
+            f"{result.mutant.path} {result.mutant.function}\n- {result.mutant.before}\n"
+            f"+ {result.mutant.after}" for result in survived))
+    explained = [result for result in results if result.outcome == EQUIVALENT]
+    if explained:
+        parts.append("Survivors that are explained:\n\n" + "\n\n".join(
+            f"{result.mutant.path} {result.mutant.function}\n- {result.mutant.before}\n"
+            f"+ {result.mutant.after}\n{explanations.of(result.mutant)}" for result in explained))
+    return "\n\n".join(parts)
