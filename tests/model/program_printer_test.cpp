@@ -17,11 +17,11 @@ using model::Sequence;
 class PrintedPrograms : public ::testing::TestWithParam<support::ContainerClass> {
  protected:
   /// Every operation that applies, between puts that keep something to work on; in every
-  /// so many of the twelve variations.
+  /// so many of twice the twelve variations.
   static Sequence all_operations(model::Scheme scheme, int first_variation, int distance) {
     Sequence sequence{&GetParam(), scheme, 30, 30, {}};
     int number = 0;
-    for (int variation = first_variation; variation < 12; variation += distance) {
+    for (int variation = first_variation; variation < 24; variation += distance) {
       for (const model::Weights& row : model::weights()) {
         if (!model::applies(row.operation, GetParam())) continue;
         if (number % 7 == 0) {
