@@ -117,13 +117,13 @@ class Run:
         measured = time.monotonic()
 
         waiting = queue.Queue()
-        for mutant in self.mutants:
+        for mutant in sorted(self.mutants, key=lambda mutant: mutant.alone):
             if mutant.number in refused:
                 self._add(Result(mutant, REFUSED))
             else:
                 waiting.put(mutant)
         self._plugin = switched.plugin
-        workers = [threading.Thread(target=self._work, args=(waiting,))
+        workers = [threading.Thread(target=self._work, args=(waiting,), daemon=True)
                    for _ in range(self.options.jobs)]
         for worker in workers:
             worker.start()
@@ -134,6 +134,12 @@ class Run:
               f"mutants run in {time.monotonic() - measured:.0f} s", file=sys.stderr)
         self.results.sort(key=lambda result: result.mutant.number)
         return self._explanations
+
+    def write(self):
+        options = self.options
+        is_part = options.again or options.only or options.first
+        outcomes.write(os.path.join(WORK, "part.tsv" if is_part else "results.tsv"),
+                       list(self.results))
 
     def _work(self, waiting):
         sandbox = tests.Sandbox()
@@ -178,6 +184,8 @@ class Run:
 
     def _add(self, result):
         self.results.append(result)
+        if len(self.results) % 20 == 0:  # so that a run that is broken off has told something
+            self.write()
         killed = sum(each.outcome == KILLED for each in self.results)
         progress(f"{len(self.results)} of {len(self.mutants)} mutants, {killed} killed")
 
@@ -202,8 +210,7 @@ def main():
     except BuildFailure as failure:
         print(f"mutate: the build fails:\n{failure}", file=sys.stderr)
         return 1
-    is_part = options.again or options.only or options.first
-    outcomes.write(os.path.join(WORK, "part.tsv" if is_part else "results.tsv"), run.results)
+    run.write()
     print(outcomes.report(run.results, explanations))
     return 0
 
