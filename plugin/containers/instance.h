@@ -86,6 +86,17 @@ void drop_caches(REALobject instance) {
   const TakenCaches dropped = take_caches<C>(instance);
 }
 
+/// Drops the caches, then calls `change`, which changes the storage. Dropping may run host code, in
+/// which the instance can die: the storage stays usable until `change` has returned.
+template <class C, class Change>
+auto change_storage(REALobject instance, typename C::Storage& storage, Change change) {
+  if (!has_caches<C>(instance)) [[likely]]
+    return change();
+  const InUse use(storage);
+  drop_caches<C>(instance);
+  return change();
+}
+
 /// Storage that is destroyed with all its elements when this dies. Not a unique_ptr: a host may
 /// throw when an element is unlocked, and that passes on.
 template <class Storage>

@@ -23,10 +23,14 @@ struct IteratorData {
 /// What registration rounds an iterator's declared size up to; see `declared_iterator_size`.
 inline constexpr std::size_t registered_iterator_size = sizeof(void*) == 4 ? 16 : 32;
 
-/// The iterator's position; null when it has none, as in one that a program made with New.
+/// The iterator's position; null when it has none, as in one that a program made with New. Nothing
+/// but an iterator points to its own record: so an object of another class, which holds something
+/// else in that place, has no position either.
 template <class C>
 typename C::Position* position_of(REALobject iterator) {
-  return instance_data<IteratorData<C>>(iterator, ClassRecord<C>::iterator).position;
+  auto& data = instance_data<IteratorData<C>>(iterator, ClassRecord<C>::iterator);
+  const void* const record = data.record;
+  return data.position == record ? data.position : nullptr;
 }
 
 /// A new iterator object at `position`, owned by the caller; nil when the host refuses it.
@@ -111,6 +115,7 @@ struct ContainerIterators {
     if (storage == nullptr) return nullptr;
     Position position;
     {
+      const typename C::KeyUse use(*storage);
       const typename C::KeyProbe probe(key);
       position = search_storage(*storage, probe);
     }

@@ -13,6 +13,7 @@ struct KeyedAccess {
   static std::int32_t count(REALobject instance, typename C::KeyHost key) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return 0;
+    const typename C::KeyUse use(*storage);
     const typename C::KeyProbe probe(key);
     return static_cast<std::int32_t>(storage->count(probe));
   }
@@ -23,10 +24,14 @@ struct KeyedAccess {
   }
 
  protected:
-  /// Removes the element with this key; how many went.
-  static std::int32_t remove_key(typename C::Storage& storage, typename C::KeyHost key) {
-    const typename C::KeyProbe probe(key);
-    return static_cast<std::int32_t>(storage.erase(probe));
+  /// Drops the caches and removes the element with this key; how many went.
+  static std::int32_t remove_key(REALobject instance, typename C::Storage& storage,
+                                 typename C::KeyHost key) {
+    return change_storage<C>(instance, storage, [&] {
+      const typename C::KeyUse use(storage);
+      const typename C::KeyProbe probe(key);
+      return static_cast<std::int32_t>(storage.erase(probe));
+    });
   }
 };
 

@@ -22,12 +22,10 @@ struct PositionalAccess {
   /// that changes it changes the cache. Nil, without an exception, for an instance without storage.
   /// O(n) after a change, else O(1).
   static REALarray rbGetKeys(REALobject instance) {
-    BuildArrays(instance);
-    return LockedArray(container_data<C>(instance).keysCache).detach();
+    return array(instance, &ContainerData<C>::keysCache);
   }
   static REALarray rbGetValues(REALobject instance) {
-    BuildArrays(instance);
-    return LockedArray(container_data<C>(instance).valuesCache).detach();
+    return array(instance, &ContainerData<C>::valuesCache);
   }
 
   /// The key, or value, at `index`, read from the cached array: an index out of range is the host's
@@ -51,14 +49,22 @@ struct PositionalAccess {
 
  private:
   // Makes the caches valid, unless the instance has no storage or the host no array. When the host
-  // changes the container meanwhile, the arrays are begun again.
-  static void BuildArrays(REALobject instance) {
-    if (container_data<C>(instance).storage == nullptr) return;
-    const LockedObject held_instance(instance);
+  // changes the container meanwhile, the arrays are begun again. The result holds the instance,
+  // where host code ran, for as long as the caller looks at it.
+  [[nodiscard]] static LockedObject BuildArrays(REALobject instance) {
+    if (container_data<C>(instance).storage == nullptr) return {};
+    LockedObject held_instance(instance);
     auto& data = container_data<C>(instance);
     for (int attempts = 0; attempts < search_attempts; ++attempts) {
-      if (data.keysCache != nullptr || data.storage == nullptr || try_to_build_arrays(data)) return;
+      if (data.keysCache != nullptr || data.storage == nullptr || try_to_build_arrays(data)) break;
     }
+    return held_instance;
+  }
+
+  static REALarray array(REALobject instance, REALarray ContainerData<C>::*cache) {
+    LockedObject held_instance;
+    if (container_data<C>(instance).keysCache == nullptr) held_instance = BuildArrays(instance);
+    return LockedArray(container_data<C>(instance).*cache).detach();
   }
 
   // False when the container changed meanwhile.
@@ -97,7 +103,8 @@ struct PositionalAccess {
   template <class Kind, class Part>
   static typename Kind::Host at(REALobject instance, std::int32_t index,
                                 REALarray ContainerData<C>::*cache, Part Element::*part) {
-    if ((container_data<C>(instance).*cache) == nullptr) BuildArrays(instance);
+    LockedObject held_instance;
+    if ((container_data<C>(instance).*cache) == nullptr) held_instance = BuildArrays(instance);
     typename Kind::Host element{};
     if (REALarray array = container_data<C>(instance).*cache; array != nullptr) {
       REALGetArrayValue(array, index, &element);
@@ -118,6 +125,8 @@ struct PositionalAccess {
     if (target == nullptr) return raise_array_is_nil();
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return;
+    const InUse use(*storage);
+    const LockedArray held_target(target);
     std::int32_t index = 0;
     storage->for_each([&](const Element& entry) {
       const typename Kind::Stored held(entry.*part);

@@ -39,6 +39,7 @@ struct SetOperations : private KeyedAccess<C> {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return;
     const TakenCaches dropped = take_caches<C>(instance);  // also when nothing is inserted
+    const typename C::KeyUse use(*storage);
     const typename C::KeyProbe probe(key);
     storage->insert_unique(probe);
   }
@@ -46,9 +47,11 @@ struct SetOperations : private KeyedAccess<C> {
   /// Removes the key; 1 when it was there, else 0. The caches go in any case, even when the set
   /// turns out to have no storage. O(1) hashed, O(log n) ordered.
   static std::int32_t erase3(REALobject instance, KeyHost key) {
+    auto* storage = container_data<C>(instance).storage;
+    if (storage != nullptr) return KeyedAccess<C>::remove_key(instance, *storage, key);
     drop_caches<C>(instance);
-    auto* storage = storage_or_raise<C>(instance);
-    return storage == nullptr ? 0 : KeyedAccess<C>::remove_key(*storage, key);
+    raise_not_initialized<C>();
+    return 0;
   }
 
  private:
@@ -66,8 +69,9 @@ struct SetOperations : private KeyedAccess<C> {
   template <class Fetch>
   static void construct(REALobject instance, REALarray keys, Fetch fetch_key) {
     if (keys == nullptr) return raise_values_array_is_nil();
-    install_fresh_storage<C>(instance);
     const LockedObject held_instance(instance);
+    const LockedArray held_keys(keys);
+    install_fresh_storage<C>(instance);
     const std::int32_t upper_bound = REALGetArrayUBound(keys);
     for (std::int32_t index = 0; index <= upper_bound; ++index) {
       const StoredKey key = fetch_key(keys, index);

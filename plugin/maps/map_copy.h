@@ -14,6 +14,8 @@ struct MapCopy {
   /// ordered.
   static void theMapConstructorClone(REALobject instance, REALobject other) {
     if (other == nullptr) return raise_other_map_is_nil();
+    const LockedObject held_instance(instance);
+    const LockedObject held_other(other);
     replace_storage<C>(instance);
     auto* source = storage_or_raise<C>(other);
     auto* target = container_data<C>(instance).storage;
@@ -24,6 +26,7 @@ struct MapCopy {
   static REALobject cloneMap(REALobject instance) {
     auto* source = storage_or_raise<C>(instance);
     if (source == nullptr) return nullptr;
+    const InUse use(*source);
     auto clone = LockedObject::adopt(REALnewInstance(C::name.text));
     if (clone.get() == nullptr) return nullptr;
     install_fresh_storage<C>(clone.get());

@@ -34,8 +34,10 @@ struct MapOperations : private KeyedAccess<C> {
   static void setValue(REALobject instance, KeyHost key, ValueHost value) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return;
-    drop_caches<C>(instance);
-    assign(*storage, typename C::KeyProbe(key), value);
+    change_storage<C>(instance, *storage, [&] {
+      const typename C::KeyUse use(*storage);
+      assign(*storage, typename C::KeyProbe(key), value);
+    });
   }
 
   /// The key's value, or `default_value` for an absent key, which is not added.
@@ -52,8 +54,7 @@ struct MapOperations : private KeyedAccess<C> {
   static std::int32_t erase3(REALobject instance, KeyHost key) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return 0;
-    drop_caches<C>(instance);
-    return KeyedAccess<C>::remove_key(*storage, key);
+    return KeyedAccess<C>::remove_key(instance, *storage, key);
   }
 
   /// Finds or adds the key and replaces its value, as assignment by a program does; for the other

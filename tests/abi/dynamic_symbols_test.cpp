@@ -72,9 +72,9 @@ TEST(DynamicSymbols, only_memory_exceptions_and_start_up_are_asked_of_the_runtim
       "__udivdi3", "__umoddi3",
       // the stack protector
       "__stack_chk_fail"};
-  // Where addresses are plenty, the plugin keeps a region of them for nodes, under a lock.
-  if (sizeof(void*) == 8) {
-    known.insert({"mmap", "mprotect", "munmap", "madvise", "pthread_mutex_lock",
+  // a 64-bit process: the region of addresses that nodes come from, and the lock on it
+  if (sizeof(void*) > sizeof(std::uint32_t)) {
+    known.insert({"mmap", "mprotect", "madvise", "munmap", "pthread_mutex_lock",
                   "pthread_mutex_unlock", "_ZSt20__throw_system_errori"});
   }
   for (const Symbol& symbol : plugin().dynamic_symbols()) {

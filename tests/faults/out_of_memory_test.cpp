@@ -76,8 +76,11 @@ TEST_P(OutOfMemory, a_second_construction_without_memory_changes_nothing) {
   EXPECT_EQ(container.count(), 3);
 }
 
-#if UINTPTR_MAX == UINT32_MAX  // else nodes do not come from the heap: exhausted_nodes_test.cpp
-TEST_P(OutOfMemory, an_insertion_without_memory_changes_nothing) {
+#if UINTPTR_MAX == UINT32_MAX  // else they do not come from the heap: exhausted_nodes_test.cpp
+class MemoryForNodes : public OutOfMemory {};
+ZRB_FOR_CLASSES(MemoryForNodes, support::all_classes());
+
+TEST_P(MemoryForNodes, an_insertion_that_gets_none_changes_nothing) {
   std::size_t failures = 0;
   for (int size = 0; size < 200; ++size) {
     const Container container = make_with(size);

@@ -88,7 +88,9 @@ class Reentrancy : public RoutineTest {
     const bool gives_array =
         plain.routine->method != nullptr &&
         plain.routine->method->declaration.result.kind == standin::TypeKind::array;
-    return gives_array && n == plain.calls.size();
+    const auto later = plain.calls.begin() + static_cast<std::ptrdiff_t>(n);
+    return gives_array && entry_point == "REALLockObject" &&
+           std::find(later, plain.calls.end(), entry_point) == plain.calls.end();
   }
 
   void call_back(const Plain& plain, std::size_t n, const Action& action) {

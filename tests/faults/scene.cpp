@@ -249,6 +249,7 @@ int Scene::iterator_key() const {
 }
 
 bool Scene::left_storage_behind() const {
+  if (!container_) return false;
   const Effect effect = routine_.driver->effect;
   return leaves_storage_ ||
          (storage_ != nullptr && (effect == Effect::fills || effect == Effect::abandons) &&

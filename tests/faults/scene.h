@@ -46,6 +46,9 @@ class Scene {
   std::string result() const;
 
   REALobject container() const { return container_.get(); }
+  /// The host lets go of the instance; from then on only `end` may be called.
+  void destroy_container() { container_.reset(); }
+  void destroy_iterator() { iterator_.reset(); }
   const Contents& before() const { return before_; }
   /// The content now; nothing for a container that cannot be walked.
   std::optional<Contents> now() const;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "model/actions.h"
+#include "model/literals.h"
 
 namespace model::actions {
 namespace {
@@ -56,10 +57,6 @@ bool is_before(Playthrough& playthrough, const std::optional<int>& a, const std:
     if (*key == *b) return *a != *b;
   }
   return false;
-}
-
-const char* truth(bool value) {
-  return value ? "True" : "False";
 }
 
 }  // namespace
@@ -158,10 +155,11 @@ bool compare_positions(Playthrough& playthrough, const Step& step) {
   if (!one || !other) return false;
   const bool are_equal = one->key == other->key;
   const std::string actual = playthrough.outcome([&] {
-    return std::string(truth(one->iterator.is_equal(other->iterator))) + " " +
-           truth(one->iterator.is_not_equal(other->iterator));
+    return std::string(boolean_literal(one->iterator.is_equal(other->iterator))) + " " +
+           boolean_literal(one->iterator.is_not_equal(other->iterator));
   });
-  playthrough.expect_result(std::string(truth(are_equal)) + " " + truth(!are_equal), actual);
+  playthrough.expect_result(
+      std::string(boolean_literal(are_equal)) + " " + boolean_literal(!are_equal), actual);
   return true;
 }
 
@@ -170,7 +168,8 @@ bool compare_with_nil(Playthrough& playthrough, const Step& step) {
   if (!one) return false;
   const bool ask_equal = step.variation % 2 == 0;
   const std::string actual = playthrough.outcome([&] {
-    return truth(ask_equal ? one->iterator.is_equal(nullptr) : one->iterator.is_not_equal(nullptr));
+    return boolean_literal(ask_equal ? one->iterator.is_equal(nullptr)
+                                     : one->iterator.is_not_equal(nullptr));
   });
   playthrough.expect_result("NilObjectException: other iterator is nil", actual);
   return true;

@@ -1,15 +1,12 @@
 // Operations by key.
 #include "model/actions.h"
+#include "model/literals.h"
 
 namespace model::actions {
 namespace {
 
 using support::Container;
 using support::Element;
-
-const char* truth(bool value) {
-  return value ? "True" : "False";
-}
 
 void put_one(Playthrough& playthrough, const Object& key, const Object* value) {
   const Container& container = playthrough.container();
@@ -55,9 +52,10 @@ bool put_many(Playthrough& playthrough, const Step& step) {
 
 bool contains(Playthrough& playthrough, const Step& step) {
   const Object& key = playthrough.key_of(step);
-  const std::string actual =
-      playthrough.outcome([&] { return truth(playthrough.container().contains(key.element)); });
-  playthrough.expect_result(truth(playthrough.searched(playthrough.model(), key)), actual);
+  const std::string actual = playthrough.outcome(
+      [&] { return boolean_literal(playthrough.container().contains(key.element)); });
+  playthrough.expect_result(boolean_literal(playthrough.searched(playthrough.model(), key)),
+                            actual);
   return true;
 }
 

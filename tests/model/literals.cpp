@@ -35,6 +35,10 @@ std::string type_name(ElementType type) {
   std::abort();
 }
 
+std::string boolean_literal(bool value) {
+  return value ? "True" : "False";
+}
+
 std::string string_literal(std::string_view text) {
   std::string result = "\"";
   for (const char c : text) result += c == '"' ? "\"\"" : std::string(1, c);

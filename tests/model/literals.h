@@ -11,6 +11,7 @@ namespace model {
 
 /// "Integer", "String", "Variant".
 std::string type_name(support::ElementType type);
+std::string boolean_literal(bool value);
 std::string string_literal(std::string_view text);
 /// An expression of that content; it may use the functions AsInteger, AsInt64 and AsNil, which
 /// make variants of these types.

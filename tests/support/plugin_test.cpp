@@ -1,17 +1,24 @@
 // Starting and ending a host for a test.
 #include "support/plugin_test.h"
 
+#include <utility>
+
 #include "runtime/exceptions.h"
 
 namespace support {
 namespace {
 
-std::unique_ptr<standin::Host> started(const standin::HostOptions& options) {
+void load_plugin(standin::Host& host) {
+  host.load_plugin(ZRB_PLUGIN_PATH);
+}
+
+std::unique_ptr<standin::Host> started(const standin::HostOptions& options,
+                                       const std::function<void(standin::Host&)>& load) {
   auto host = std::make_unique<standin::Host>(options);
   // Told at once, where the trace of the test says what it was about.
   host->ledger().on_violation(
       [](const standin::Violation& violation) { ADD_FAILURE() << violation.text(); });
-  host->load_plugin(ZRB_PLUGIN_PATH);
+  load(*host);
   return host;
 }
 
@@ -45,7 +52,7 @@ void release_leftovers(standin::Ledger& ledger) {
 
 }  // namespace
 
-PluginTest::PluginTest() : host_(started(default_options())) {}
+PluginTest::PluginTest() : host_(started(default_options(), load_plugin)) {}
 
 PluginTest::~PluginTest() {
   release_leftovers(host_->ledger());
@@ -59,10 +66,14 @@ standin::HostOptions PluginTest::default_options() {
 }
 
 void PluginTest::restart(standin::HostOptions options) {
+  restart(std::move(options), load_plugin);
+}
+
+void PluginTest::restart(standin::HostOptions options, const Load& load) {
   expect_clean();
   release_leftovers(host_->ledger());
   host_.reset();
-  host_ = started(options);
+  host_ = started(options, load);
 }
 
 void PluginTest::restart_without(std::initializer_list<const char*> entry_points) {

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -29,6 +30,9 @@ class PluginTest : public ::testing::Test {
   /// Starts over with a host that differs: another version, or without some entry points. No
   /// handle of the old host may be alive.
   void restart(standin::HostOptions options);
+  /// The same with a host into which `load` loads the plugin.
+  using Load = std::function<void(standin::Host&)>;
+  void restart(standin::HostOptions options, const Load& load);
   /// Options of the default host, to be changed and given to `restart`.
   static standin::HostOptions default_options();
   void restart_without(std::initializer_list<const char*> entry_points);
