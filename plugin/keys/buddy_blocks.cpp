@@ -1,5 +1,7 @@
 #include "keys/buddy_blocks.h"
 
+#include "keys/poison.h"
+
 void BuddyBlocks::manage(std::byte* start, std::uint8_t* free_orders) {
   start_ = start;
   free_orders_ = free_orders;
@@ -11,6 +13,7 @@ BuddyBlocks::FreeBlock& BuddyBlocks::at(std::uint32_t block) const {
 
 void BuddyBlocks::add_free(std::uint32_t block, unsigned order) {
   const std::uint32_t next = first_[order] - 1;
+  unpoison(&at(block), sizeof(FreeBlock));
   at(block) = {next, no_block};
   if (next != no_block) at(next).previous = block;
   first_[order] = block + 1;

@@ -36,7 +36,6 @@ constexpr std::size_t units_in_chunk = chunk_bytes / BuddyBlocks::unit_bytes;
 constexpr std::size_t most_chunks = (std::size_t{2} << 32) / chunk_bytes;
 constexpr std::size_t fewest_chunks = 32;
 constexpr std::uint32_t kept_chunks = 4;
-constexpr std::uint32_t linked_bytes = 8;  // of a free block, which the buddy system uses
 
 static_assert(chunk_bytes == std::size_t{BuddyBlocks::unit_bytes} << BuddyBlocks::chunk_order);
 static_assert(smallest_node_block == BuddyBlocks::unit_bytes);
@@ -164,6 +163,6 @@ std::byte* allocate_node_block(std::uint32_t bytes) {
 }
 
 void release_node_block(std::byte* block, std::uint32_t bytes) noexcept {
-  poison(block + linked_bytes, bytes - linked_bytes);
+  poison(block, bytes);
   region.release(block, order_of(bytes));
 }
