@@ -124,6 +124,7 @@ class OrderedStorage : public Usable {
   /// 1 when the key is there, else 0. O(log n).
   template <class Probe>
   std::uint32_t count(const Probe& key) {
+    const SearchUse use(*this);
     return find(key).is_end() ? 0 : 1;
   }
 

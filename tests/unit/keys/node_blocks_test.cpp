@@ -47,7 +47,9 @@ TEST(NodeBlocks, no_node_can_be_read_as_zeros) {
   EXPECT_EQ(std::memcmp(readable_node_at(no_node), zeros, sizeof zeros), 0);
 }
 
-// How many of the largest blocks can be had, and whether all is well after that.
+#if !defined(__SANITIZE_ADDRESS__)  // which needs more memory than is allowed here
+
+// Asks for the largest blocks until there are no more; 0 when all is well after that.
 int exhaust_memory() {
   const rlimit limit{64U << 20, 64U << 20};
   if (::setrlimit(RLIMIT_DATA, &limit) != 0) return 1;
@@ -71,8 +73,7 @@ int exhaust_memory() {
   return blocks.size() == before ? 0 : 3;
 }
 
-// In a process of its own, which may have little memory. Sanitizers need more.
-#if !defined(__SANITIZE_ADDRESS__)
+// In a process of its own.
 TEST(NodeBlocksDeathTest, tell_when_there_is_no_memory_and_recover) {
   testing::GTEST_FLAG(death_test_style) = "threadsafe";
   EXPECT_EXIT(::_exit(exhaust_memory()), testing::ExitedWithCode(0), "");
