@@ -13,37 +13,29 @@
 
 namespace {
 
-// The resident bytes of usable memory that lies in a large reserved stretch of addresses: of
-// mappings beside an inaccessible one of at least so many bytes.
-constexpr double large_reservation = 256.0 * 1024 * 1024;
-
+// The resident bytes of usable memory inside of reserved stretches of addresses: of mappings
+// between two inaccessible ones, without a gap. Libraries have such mappings too, but they do not
+// grow.
 double bytes_in_reservations() {
   std::ifstream mappings("/proc/self/smaps");
   double total = 0;
-  double resident = 0;
+  double resident = 0;  // since the last inaccessible mapping
+  bool behind_inaccessible = false;
   std::uintptr_t previous_end = 0;
-  bool usable = false;
-  bool in_reservation = false;
   std::string line;
   while (std::getline(mappings, line)) {
     std::uintptr_t begin = 0;
     std::uintptr_t end = 0;
     char access[5];
     if (std::sscanf(line.c_str(), "%" SCNxPTR "-%" SCNxPTR " %4s", &begin, &end, access) == 3) {
-      const bool reserved = std::strncmp(access, "---", 3) == 0;
-      if (begin != previous_end) {
-        resident = 0;
-        in_reservation = false;
-      }
-      if (reserved && static_cast<double>(end - begin) >= large_reservation) in_reservation = true;
-      usable = std::strncmp(access, "rw", 2) == 0;
+      if (begin != previous_end) behind_inaccessible = false;
       previous_end = end;
-    } else if (line.starts_with("Rss:") && usable) {
-      resident += std::strtod(line.c_str() + 4, nullptr) * 1024;
-    }
-    if (in_reservation) {
-      total += resident;
+      if (std::strncmp(access, "---", 3) != 0) continue;
+      if (behind_inaccessible) total += resident;
+      behind_inaccessible = true;
       resident = 0;
+    } else if (line.starts_with("Rss:")) {
+      resident += std::strtod(line.c_str() + 4, nullptr) * 1024;
     }
   }
   return total;
