@@ -10,8 +10,9 @@
 #include <type_traits>
 
 struct ZrbMutants {
-  int chosen;           // from the environment: ZRB_MUTANT
-  unsigned char* reach; // from ZRB_MUTANT_REACH, a file: a byte for each mutant, set when it is asked
+  int chosen;  // from the environment: ZRB_MUTANT
+  unsigned char*
+      reach;  // from ZRB_MUTANT_REACH, a file: a byte for each mutant, set when it is asked
 };
 
 // Read at the first question: a plugin does nothing before the host calls it.
