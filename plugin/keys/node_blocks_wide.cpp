@@ -63,7 +63,6 @@ class Region {
   // Gives the addresses back, unless some are still in use.
   void dissolve() {
     if (node_region == zeros || used_ != 0) return;
-    unpoison(node_region, chunk_count_ * chunk_bytes);
     ::munmap(node_region, reserved_bytes());
     node_region = zeros;
   }
@@ -126,6 +125,7 @@ class Region {
   // No block of it is in use.
   void return_chunk(std::size_t chunk) {
     --used_;
+    unpoison(chunk_at(chunk), chunk_bytes);
     if (kept_ < kept_chunks) {
       ++kept_;
       states_[chunk] = ChunkState::kept;
