@@ -4,21 +4,19 @@
 #include "host/services.h"
 #include "host/start.h"
 
+bool host_gives_no_string_data = false;
+
 namespace {
 
 constexpr std::int32_t plugin_interface_version = 9;
-
-double version_of_host = 0;
+constexpr double first_version_with_string_data = 2012;
 
 }  // namespace
-
-double host_version() {
-  return version_of_host;
-}
 
 std::int32_t REALPluginMain(HostResolver resolver) {
   keep_resolver(resolver);
   RegisterPluginVersion(plugin_interface_version);
-  version_of_host = REALGetRBVersion();
+  const double version = REALGetRBVersion();
+  host_gives_no_string_data = version != 0 && version < first_version_with_string_data;
   return PluginEntry();
 }

@@ -2,7 +2,9 @@
 #ifndef ZRB_PLUGIN_KEYS_STRING_KEY_H
 #define ZRB_PLUGIN_KEYS_STRING_KEY_H
 
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 #include "host/binary_interface.h"
 #include "host/locked_handle.h"
@@ -15,8 +17,7 @@ using RBString = LockedHandle<REALstringStruct>;
 /// comparisons of one operation.
 class StringProbe : public RBString {
  public:
-  explicit StringProbe(REALstring string)
-      : RBString(string), text_(string, rbText::Held::by_caller) {}
+  explicit StringProbe(REALstring string) : RBString(string), text_(string) {}
 
   rbText& text() const { return text_; }
 
@@ -29,12 +30,16 @@ class StringProbe : public RBString {
 /// key that is not pure ASCII. O(length).
 /// Source: System V Application Binary Interface, "Hash Table".
 std::uint32_t GetStringHash(rbText& text);
-std::uint32_t GetStringHash(REALstring string);
 
 /// 0 when the texts are equal, negative when `a` sorts first: bytes of the UTF-8 texts, unsigned,
 /// case-sensitive, a prefix before what it begins. A zero byte ends the comparison.
-std::int32_t Compare(rbText& a, rbText& b);
-std::int32_t Compare(REALstring a, REALstring b);
+inline std::int32_t Compare(rbText& a, rbText& b) {
+  const std::int32_t length_a = a.LengthUTF8();
+  const std::int32_t length_b = b.LengthUTF8();
+  const auto shorter = static_cast<std::size_t>(std::min(length_a, length_b));
+  // One byte more than the shorter text: its terminator sorts a prefix first.
+  return std::strncmp(a.GetUTF8(), b.GetUTF8(), shorter + 1);
+}
 
 // Equality and order leave one lock on either operand at every call, see `leave_comparison_locks`:
 // that lock also holds the stored string while it is read.

@@ -10,9 +10,6 @@
 
 namespace {
 
-constexpr char empty_text[4] = {};  // shared by all empty views, which so allocate nothing
-constexpr double first_version_with_data_service = 2012;
-
 // A string object of hosts before 2012: two words, of which the second points to the byte before
 // the text.
 struct OldStringObject {
@@ -27,16 +24,8 @@ std::int32_t to_length(std::size_t bytes) {
 
 }  // namespace
 
-StringDataHolder::~StringDataHolder() noexcept(false) {
-  if (filled_) release_in_destructor([this] { REALDisposeStringData(&record_); });
-}
-
-bool StringDataHolder::fill(REALstring string, std::uint32_t encoding,
-                            std::uint32_t expected_length) {
-  record_.length = expected_length;
-  filled_ = REALGetStringData(string, encoding, &record_);
-  if (!filled_ || record_.data == nullptr) record_.length = 0;
-  return filled_;
+void StringDataHolder::dispose_in_destructor() {
+  release_in_destructor([this] { REALDisposeStringData(&record_); });
 }
 
 rbData::rbData(REALstring string) {
@@ -44,44 +33,27 @@ rbData::rbData(REALstring string) {
   data_.fill(string, host_encoding::as_stored, stored_length);
 }
 
-rbText::rbText(REALstring string, Held held) : string_(string), utf8_(empty_text) {
-  if (held == Held::by_view) lock_ = LockedString(string);
-}
-
-const char* rbText::GetUTF8() {
-  if (length_ < 0) convert();
-  return utf8_;
-}
-
-std::int32_t rbText::LengthUTF8() {
-  if (length_ < 0) convert();
-  return length_;
-}
-
 void rbText::convert() {
   length_ = 0;
   REALstring string = string_;
   if (string == nullptr) return;
-  if (REALGetStringEncoding(string) == host_encoding::as_stored) {
-    const rbData raw(string);
-    rebuilt_ =
-        LockedString::adopt(REALBuildUnicodeString(raw.data(), raw.length(), host_encoding::utf8));
-    string = rebuilt_.get();
+  if (REALGetStringEncoding(string) == host_encoding::as_stored) [[unlikely]] {
+    string = rebuild_from_bytes();
     if (string == nullptr) return;
   }
-  // A host that told no version is served like a new one: the data service has fallbacks.
-  const bool old_host = host_version() != 0 && host_version() < first_version_with_data_service;
-  if (old_host) {
-    convert_by_string_service(string);
-  } else {
-    convert_by_data_service(string);
-  }
-}
-
-void rbText::convert_by_data_service(REALstring string) {
-  if (!data_.fill(string, host_encoding::utf8) || data_.data() == nullptr) return;
+  if (host_gives_no_string_data) [[unlikely]]
+    return convert_by_string_service(string);
+  if (!data_.fill(string, host_encoding::utf8) || data_.data() == nullptr) [[unlikely]]
+    return;
   utf8_ = data_.data();
   length_ = to_length(data_.length());
+}
+
+REALstring rbText::rebuild_from_bytes() {
+  const rbData raw(string_);
+  rebuilt_ =
+      LockedString::adopt(REALBuildUnicodeString(raw.data(), raw.length(), host_encoding::utf8));
+  return rebuilt_.get();
 }
 
 void rbText::convert_by_string_service(REALstring string) {

@@ -6,6 +6,7 @@
 
 #include "host/binary_interface.h"
 #include "host/locked_handle.h"
+#include "host/services.h"
 
 /// A string-data record that is disposed of with the object.
 class StringDataHolder {
@@ -13,16 +14,26 @@ class StringDataHolder {
   StringDataHolder() = default;
   StringDataHolder(const StringDataHolder&) = delete;
   StringDataHolder& operator=(const StringDataHolder&) = delete;
-  ~StringDataHolder() noexcept(false);
+  ~StringDataHolder() noexcept(false) {
+    if (filled_) dispose_in_destructor();
+  }
 
   /// Asks the host for the string's bytes; false when it gives none. Call it once at most.
   /// `expected_length`: byte count that the record announces to the service.
-  bool fill(REALstring string, std::uint32_t encoding, std::uint32_t expected_length = 0);
+  bool fill(REALstring string, std::uint32_t encoding, std::uint32_t expected_length = 0) {
+    record_.length = expected_length;
+    filled_ = REALGetStringData(string, encoding, &record_);
+    if (!filled_ || record_.data == nullptr) [[unlikely]]
+      record_.length = 0;
+    return filled_;
+  }
 
   const char* data() const { return static_cast<const char*>(record_.data); }
   std::uint32_t length() const { return record_.length; }
 
  private:
+  void dispose_in_destructor();
+
   REALstringData record_{};
   bool filled_ = false;
 };
@@ -39,40 +50,40 @@ class rbData {
   StringDataHolder data_;
 };
 
-/// The text of a host string. A nil string, and one that the host cannot convert, reads as empty.
-/// Bytes without an encoding are taken as UTF-8. The host is asked when the text is first read, and
-/// what the view makes or locks is released with it.
+/// The text of a host string, which the caller holds as long as the view. A nil string, and one
+/// that the host cannot convert, reads as empty. Bytes without an encoding are taken as UTF-8. The
+/// host is asked when the text is first read, and what the view makes is released with it.
 class rbText {
  public:
-  /// How the string stays alive meanwhile.
-  enum class Held { by_view, by_caller };
+  explicit rbText(REALstring held_string) : string_(held_string) {}
 
-  /// `held`: whether the view takes a lock of its own, or the caller has one for the view's life.
-  explicit rbText(REALstring string, Held held = Held::by_view);
-
-  /// Makes an empty view, one of nil, that of a string which the caller holds.
-  void view(REALstring held_string) {
-    string_ = held_string;
-    length_ = -1;
-  }
+  /// Makes a view of nil, which nobody has read, that of another string.
+  void view(REALstring held_string) { string_ = held_string; }
 
   /// The text as UTF-8, NUL-terminated, valid as long as the view; converted at most once.
-  const char* GetUTF8();
+  const char* GetUTF8() {
+    if (length_ < 0) convert();
+    return utf8_;
+  }
   /// Length of that text in bytes, up to its end, whatever zero bytes it contains.
-  std::int32_t LengthUTF8();
+  std::int32_t LengthUTF8() {
+    if (length_ < 0) convert();
+    return length_;
+  }
 
  private:
   void convert();
-  void convert_by_data_service(REALstring string);
+  REALstring rebuild_from_bytes();
   void convert_by_string_service(REALstring string);
 
+  static constexpr char empty_text[4] = {};  // shared by all empty views, which so allocate nothing
+
   REALstring string_;
-  LockedString lock_;       // on that string
-  LockedString rebuilt_;    // the string that raw bytes are made into
-  LockedString converted_;  // what a host before 2012 gives for it
-  StringDataHolder data_;
-  const char* utf8_;
+  const char* utf8_ = empty_text;
   std::int32_t length_ = -1;  // not known yet
+  LockedString rebuilt_;      // the string that raw bytes are made into
+  LockedString converted_;    // what a host before 2012 gives for it
+  StringDataHolder data_;
 };
 
 #endif

@@ -6,7 +6,7 @@
 
 namespace {
 
-// The order of handles without an order of values.
+// The order of two different handles without an order of values.
 std::int32_t compare_handles(REALobject a, REALobject b) {
   const auto address_a = reinterpret_cast<std::uintptr_t>(a);
   const auto address_b = reinterpret_cast<std::uintptr_t>(b);
@@ -14,7 +14,7 @@ std::int32_t compare_handles(REALobject a, REALobject b) {
     return static_cast<std::int32_t>(address_a - address_b);
   } else {
     // A difference cut to 32 bits could call two distinct handles equal.
-    return address_a == address_b ? 0 : (address_a < address_b ? -1 : 1);
+    return address_a < address_b ? -1 : 1;
   }
 }
 
@@ -82,12 +82,6 @@ std::int32_t Compare(VariantView& a, VariantView& b) {
       break;
   }
   return compare_handles(handle_a, handle_b);
-}
-
-std::int32_t Compare(REALobject a, REALobject b) {
-  VariantView view_a(a);
-  VariantView view_b(b);
-  return Compare(view_a, view_b);
 }
 
 bool EqualRBVariant::operator()(const RBVariant& stored, const VariantProbe& key) const {

@@ -49,7 +49,6 @@ class VariantProbe : public RBVariant {
 /// other types (dates, objects) compare by handle: by identity. A NaN sorts behind whatever it is
 /// compared with, on either side.
 std::int32_t Compare(VariantView& a, VariantView& b);
-std::int32_t Compare(REALobject a, REALobject b);
 
 // Equality and order leave one lock on either operand at every call, see `leave_comparison_locks`:
 // that lock also holds the stored variant while it is read.
