@@ -269,7 +269,6 @@ class HashedStorage : public Usable {
   }
 
  private:
-  using Searched = Entry<ChainLink, Key, NoValue>;
   friend struct HashedStorageInspector;  // the invariant checker of the tests
   friend class InUse<HashedStorage>;
 
@@ -283,7 +282,7 @@ class HashedStorage : public Usable {
 
   struct Buckets {
     explicit Buckets(std::uint32_t bucket_count)
-        : heads(new NodeLink[within_limit(bucket_count)]()),
+        : heads(std::make_unique<NodeLink[]>(within_limit(bucket_count))),
           remainder(bucket_count),
           count(bucket_count) {}
 
@@ -360,14 +359,19 @@ class HashedStorage : public Usable {
 
   Element& element(NodeLink link) const { return *static_cast<Element*>(node_at(link)); }
 
+  // For `no_node`, one of zeros.
+  static const Element* readable_element(NodeLink link) {
+    return static_cast<const Element*>(readable_node_at(link));
+  }
+
   template <class Probe>
   NodeLink create(const Probe& key) {
     const NodeLink link = memory_.allocate();
     if constexpr (std::is_nothrow_copy_constructible_v<Key>) {
-      new (node_at(link)) Element(key);
+      std::construct_at(static_cast<Element*>(node_at(link)), key);
     } else {
       try {
-        new (node_at(link)) Element(key);
+        std::construct_at(static_cast<Element*>(node_at(link)), key);
       } catch (...) {
         memory_.deallocate(link);
         throw;
@@ -402,15 +406,16 @@ class HashedStorage : public Usable {
     }
   }
 
-  void destroy_chain(NodeLink& first) {
+  [[gnu::noinline]] void destroy_chain(NodeLink& first) {
     while (first != no_node) {
       const NodeLink node = first;
       first = element(node).next;
+      prefetch_content(*readable_element(first));
       destroy(node);
     }
   }
 
-  void finish_work() {
+  [[gnu::cold]] void finish_work() {
     finish_despite_exceptions([this] { destroy_chain(put_off_); });
   }
 
@@ -432,13 +437,17 @@ class HashedStorage : public Usable {
   }
 
   // For whoever goes through the buckets one by one: asks for the first node of a chain two dozen
-  // buckets ahead, and for the second one when the first has come.
+  // buckets ahead, and for the second one when the first has come; the same for what they hold.
   ZRB_ALWAYS_INLINE void prefetch_ahead(std::uint32_t bucket) const {
     if (size_ < cached_elements || buckets_.count - bucket <= buckets_ahead) return;
     prefetch(readable_node_at(buckets_[bucket + buckets_ahead]));
-    const auto* sooner =
-        static_cast<const ChainLink*>(readable_node_at(buckets_[bucket + buckets_ahead / 2]));
-    prefetch(readable_node_at(sooner->next));
+    const auto* const first = readable_element(buckets_[bucket + buckets_ahead / 2]);
+    prefetch(readable_node_at(first->next));
+    if constexpr (!plain_elements) {
+      prefetch_content(*first);
+      const auto* const sooner = readable_element(buckets_[bucket + buckets_ahead / 4]);
+      prefetch_content(*readable_element(sooner->next));
+    }
   }
 
   template <class Probe>
@@ -447,27 +456,36 @@ class HashedStorage : public Usable {
       // Most chains have no more than two nodes. Where one ends before, zeros are read and
       // compared instead, which is no element either; a test for the end would be guessed wrong.
       const NodeLink first = buckets_[buckets_.of(hash)];
-      const auto* const one = static_cast<const Searched*>(readable_node_at(first));
+      const auto* const one = readable_element(first);
       if (Equal{}(one->key, key)) return first;
       const NodeLink second = one->next;
-      const auto* const two = static_cast<const Searched*>(readable_node_at(second));
+      const auto* const two = readable_element(second);
       if (Equal{}(two->key, key)) return second;
       NodeLink link = two->next;
       while (link != no_node && !Equal{}(element(link).key, key)) link = element(link).next;
       return link;
     } else {
-      for (int attempts = 0; attempts < search_attempts; ++attempts) {
-        const std::uint32_t changes_before = changes();
-        NodeLink link = buckets_[buckets_.of(hash)];
-        bool found = false;
-        while (link != no_node && !found && changes() == changes_before) {
-          found = Equal{}(element(link).key, key);
-          if (!found) link = element(link).next;
-        }
-        if (changes() == changes_before) return link;
-      }
-      return no_node;
+      return find_link_asking(hash, key);
     }
+  }
+
+  // The same for keys that ask the host when they are compared. Not inline: the call is nothing
+  // beside those of the host.
+  template <class Probe>
+  [[gnu::noinline]] NodeLink find_link_asking(std::uint32_t hash, const Probe& key) {
+    for (int attempts = 0; attempts < search_attempts; ++attempts) {
+      const std::uint32_t changes_before = changes();
+      NodeLink link = buckets_[buckets_.of(hash)];
+      bool found = false;
+      while (link != no_node && !found && changes() == changes_before) {
+        prefetch(readable_node_at(element(link).next));
+        prefetch_content(element(link));
+        found = Equal{}(element(link).key, key);
+        if (!found) link = element(link).next;
+      }
+      if (changes() == changes_before) return link;
+    }
+    return no_node;
   }
 
   // Takes every equal node out of a chain, the head last; false when the table changed meanwhile.
@@ -504,14 +522,12 @@ class HashedStorage : public Usable {
     if (size_ < buckets_.count) [[likely]]
       return;
     for (int attempts = 0; attempts < search_attempts && size_ >= buckets_.count; ++attempts) {
-      const std::uint32_t larger = bucket_size_for(size_ + 1);
-      if (larger <= buckets_.count) return;
-      grow(larger);
+      grow(bucket_size_for(size_ + 1));
     }
   }
 
   // Changes nothing when the table is changed meanwhile.
-  void grow(std::uint32_t bucket_count) {
+  [[gnu::noinline]] void grow(std::uint32_t bucket_count) {
     Buckets larger(bucket_count);
     if constexpr (plain_keys) {
       move_all(larger, [](const Key& key) { return Hash{}(key); });
@@ -532,6 +548,7 @@ class HashedStorage : public Usable {
     std::uint32_t hashed = 0;
     try {
       for (std::uint32_t bucket = 0; bucket < buckets_.count; ++bucket) {
+        prefetch_ahead(bucket);
         for (NodeLink link = buckets_[bucket]; link != no_node; link = element(link).next) {
           hashes[hashed] = Hash{}(element(link).key);
           if (changes() != changes_before) return;
@@ -551,7 +568,7 @@ class HashedStorage : public Usable {
   // Moves every node, in order, to the head of its new chain. Each stage finds out where a number
   // of nodes belong, while the heads that it will touch are on their way into the cache.
   template <class HashOf>
-  void move_all(Buckets& larger, HashOf hash_of) {
+  ZRB_PROTECT_STACK void move_all(Buckets& larger, HashOf hash_of) {
     NodeLink nodes[stage_size];
     std::uint32_t homes[stage_size];
     std::uint32_t staged = 0;

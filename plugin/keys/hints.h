@@ -2,6 +2,8 @@
 #ifndef ZRB_PLUGIN_KEYS_HINTS_H
 #define ZRB_PLUGIN_KEYS_HINTS_H
 
+#include <type_traits>
+
 /// Tells the compiler that a condition is as often true as false: better to compute both outcomes
 /// and choose than to branch.
 inline bool unpredictable(bool condition) {
@@ -14,10 +16,20 @@ inline bool unpredictable(bool condition) {
 
 /// For functions that only prefetch: gcc takes a call of one for a call without effect, and drops
 /// it before it is inlined.
-#if defined(__GNUC__)
+#if defined(__GNUC__) && defined(__OPTIMIZE__)
 #define ZRB_ALWAYS_INLINE [[gnu::always_inline]] inline
 #else
 #define ZRB_ALWAYS_INLINE inline
+#endif
+
+/// For functions with an array on the stack that is not one of characters: puts a canary behind it.
+#if defined(__has_cpp_attribute)
+#if __has_cpp_attribute(gnu::stack_protect)
+#define ZRB_PROTECT_STACK [[gnu::stack_protect]]
+#endif
+#endif
+#if !defined(ZRB_PROTECT_STACK)
+#define ZRB_PROTECT_STACK
 #endif
 
 /// Asks the processor to load what lies at `address`, which is about to be used. Any address will
@@ -28,6 +40,24 @@ ZRB_ALWAYS_INLINE void prefetch(const void* address) {
 #else
   static_cast<void>(address);
 #endif
+}
+
+/// The same for what an element or a host value refers to: an object or a string of the host, which
+/// the host is about to touch. Nothing for an integer.
+template <class Held>
+ZRB_ALWAYS_INLINE void prefetch_held(const Held& held) {
+  if constexpr (std::is_pointer_v<Held>) {
+    prefetch(held);
+  } else if constexpr (requires { held.get(); }) {
+    prefetch(held.get());
+  }
+}
+
+/// The same for what key and value of an entry refer to.
+template <class Entry>
+ZRB_ALWAYS_INLINE void prefetch_content(const Entry& entry) {
+  prefetch_held(entry.key);
+  if constexpr (requires { entry.value; }) prefetch_held(entry.value);
 }
 
 #endif

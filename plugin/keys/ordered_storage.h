@@ -8,7 +8,8 @@
 // a large tree is in the cache. Keys that ask nobody are compared without branches on the way down:
 // a wrongly guessed turn at every second node costs more than loading both children. An ascending
 // key is compared with the largest one first and then needs no way down at all. A copy of plain
-// elements takes over the tree's shape, without a comparison.
+// elements takes over the tree's shape, without a comparison. Where a comparison asks the host,
+// what the next one will touch, on either side, is asked for while this one is made.
 //
 // Exceptions. The order, the copying of a key and the destruction of an element may throw, unless
 // they are declared noexcept. The tree then stays valid, nothing is leaked, and the exception
@@ -22,7 +23,7 @@
 
 #include <cstdint>
 #include <limits>
-#include <new>
+#include <memory>
 #include <type_traits>
 #include <utility>
 
@@ -232,6 +233,8 @@ class OrderedStorage : public Usable {
   friend class OrderedStorageInspector;  // the invariant checker of the tests
   friend class InUse<OrderedStorage>;
 
+  static constexpr std::uint32_t cached_elements = 1024;  // fewer need no prefetch
+
   // What calls nobody needs no guard.
   using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<OrderedStorage>>;
   using RemovalUse = ElementUse;
@@ -283,12 +286,27 @@ class OrderedStorage : public Usable {
     const std::uint32_t changes_before = changes();
     while (node != nil()) {
       const Element& at_node = element(node);
+      prefetch_below(at_node);
       const bool before = is_before(at_node.key);
       if (!plain_keys && changes() != changes_before) return nil();
       otherwise = before ? otherwise : node;
       node = before ? at_node.right : at_node.left;
     }
     return otherwise;
+  }
+
+  // While the host compares the key of a node: asks for what the next comparison touches, and for
+  // the nodes after that.
+  ZRB_ALWAYS_INLINE void prefetch_below(const TreeLinks& node) const {
+    if constexpr (!plain_keys) {
+      if (size_ < cached_elements) return;
+      for (const NodeLink child : {node.left, node.right}) {
+        if (child == nil()) continue;
+        prefetch_held(key_at(child));
+        prefetch(&tree_.at(tree_.at(child).left));
+        prefetch(&tree_.at(tree_.at(child).right));
+      }
+    }
   }
 
   // Ends at an equal key, and turns without a branch, which would be guessed wrong every other
@@ -330,7 +348,8 @@ class OrderedStorage : public Usable {
     }
   }
 
-  // Where a key goes that has no other place: the host changes the tree whenever it is asked.
+  // Where a key goes that is larger than all others, or that has no other place: the host changes
+  // the tree whenever it is asked.
   Place behind_the_largest() const { return {no_node, tree_.largest(), false}; }
 
   // Where the first key of all goes.
@@ -342,6 +361,7 @@ class OrderedStorage : public Usable {
     Place place = root_place();
     for (NodeLink node = tree_.root(); node != nil();) {
       const Element& at_node = element(node);
+      prefetch_below(at_node);
       place.parent = node;
       place.as_left_child = Less{}(key, at_node.key);
       if (!plain_keys && changes() != changes_before) return root_place();
@@ -362,6 +382,7 @@ class OrderedStorage : public Usable {
     NodeLink larger = nil();
     for (NodeLink node = tree_.root(); node != nil() && changes() == changes_before;) {
       const Element& at_node = element(node);
+      prefetch_below(at_node);
       if (Less{}(at_node.key, key)) {
         node = at_node.right;
       } else if (Less{}(key, at_node.key)) {
@@ -382,7 +403,7 @@ class OrderedStorage : public Usable {
     NodeMemory& memory = tree_.memory();
     const NodeLink node = memory.allocate();
     try {
-      new (node_at(node)) Element(key);
+      std::construct_at(static_cast<Element*>(node_at(node)), key);
     } catch (...) {
       memory.deallocate(node);
       throw;
@@ -448,15 +469,18 @@ class OrderedStorage : public Usable {
     }
   }
 
-  void destroy_chain(NodeLink& first) {
+  [[gnu::noinline]] void destroy_chain(NodeLink& first) {
     while (first != no_node) {
       const NodeLink node = first;
       first = tree_.at(node).right;
+      if constexpr (!plain_elements) {
+        if (first != no_node) prefetch_content(element(first));
+      }
       destroy(node);
     }
   }
 
-  void finish_work() {
+  [[gnu::cold]] void finish_work() {
     finish_despite_exceptions([this] { destroy_chain(put_off_); });
   }
 

@@ -121,7 +121,7 @@ class RedBlackTree {
 // Copies the nodes in preorder, so that they follow each other in memory. What is still to be
 // copied at any time are the right children of nodes that were: no more than the tree is deep.
 template <class Node>
-void RedBlackTree::copy_from(const RedBlackTree& other) {
+ZRB_PROTECT_STACK void RedBlackTree::copy_from(const RedBlackTree& other) {
   struct Subtree {
     NodeLink source;
     NodeLink parent;  // in the copy

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "containers/keyed_access.h"
+#include "keys/hints.h"
 
 /// Costs are O(1) hashed, O(log n) ordered. A map without storage raises "Map not initialized".
 template <class C>
@@ -34,6 +35,7 @@ struct MapOperations : private KeyedAccess<C> {
   static void setValue(REALobject instance, KeyHost key, ValueHost value) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return;
+    prefetch_held(value);  // which is locked when the key has been found
     change_storage<C>(instance, *storage, [&] {
       const typename C::KeyUse use(*storage);
       assign(*storage, typename C::KeyProbe(key), value);
@@ -46,8 +48,8 @@ struct MapOperations : private KeyedAccess<C> {
     if (storage == nullptr) return {};
     const typename C::ElementUse use(*storage);
     const auto position = find(*storage, key);
-    return position.is_end() ? C::Value::hand_out(StoredValue(default_value))
-                             : C::Value::hand_out(position.entry().value);
+    if (position.is_end()) return C::Value::hand_out(StoredValue(default_value));
+    return C::Value::hand_out(position.entry().value);
   }
 
   /// Removes the key with its value; 1 when it was there, else 0.
