@@ -13,10 +13,10 @@ template <class C>
 struct ContainerObject {
   /// Gives the instance empty storage. A second call replaces the storage and leaves the former
   /// one unreleased: a constructor does not look at what is there.
-  static void theMapConstructor(REALobject instance) { install_fresh_storage<C>(instance); }
+  [[gnu::cold]] static void theMapConstructor(REALobject instance) { install_fresh_storage<C>(instance); }
 
   /// Called by the host when the instance dies; an instance without storage is fine. O(n).
-  static void theMapDestructor(REALobject instance) {
+  [[gnu::cold]] static void theMapDestructor(REALobject instance) {
     auto& storage = container_data<C>(instance).storage;
     if constexpr (diagnosis::enabled) {
       diagnosis::IteratorBook::instance().storage_ends(storage,
@@ -27,7 +27,7 @@ struct ContainerObject {
   }
 
   /// Removes every element; a hashed container keeps its bucket count. O(n).
-  static void clear(REALobject instance) {
+  [[gnu::cold]] static void clear(REALobject instance) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return;
     const TakenCaches dropped = take_caches<C>(instance);

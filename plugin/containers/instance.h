@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "containers/container_class.h"
+#include "containers/taken_caches.h"
 #include "diagnosis/iterator_book.h"
 #include "diagnosis/switch.h"
 #include "host/class_record.h"
@@ -50,33 +51,20 @@ typename C::Storage* storage_or_raise(REALobject instance) {
   return storage;
 }
 
-/// The cached arrays, taken out of an instance: they are unlocked when this dies, values first.
-struct TakenCaches {
-  LockedArray keys;
-  LockedArray values;
-};
-
-/// Makes the instance's caches invalid. Its slots are empty before the arrays are unlocked, since
-/// that may run host code, which must not find them.
+/// Makes the instance's caches invalid: takes them out. Its slots are empty before the arrays are
+/// unlocked, since that may run host code, which must not find them.
 template <class C>
 [[nodiscard]] TakenCaches take_caches(REALobject instance) {
   auto& data = container_data<C>(instance);
-  TakenCaches taken;
-  taken.keys = LockedArray::adopt(std::exchange(data.keysCache, nullptr));
-  if constexpr (C::is_map) {
-    taken.values = LockedArray::adopt(std::exchange(data.valuesCache, nullptr));
-  }
-  return taken;
+  REALarray* values = nullptr;
+  if constexpr (C::is_map) values = &data.valuesCache;
+  return TakenCaches(data.keysCache, values);
 }
 
+/// Keys and values are cached together.
 template <class C>
 bool has_caches(REALobject instance) {
-  const auto& data = container_data<C>(instance);
-  if constexpr (C::is_map) {
-    return data.keysCache != nullptr || data.valuesCache != nullptr;
-  } else {
-    return data.keysCache != nullptr;
-  }
+  return container_data<C>(instance).keysCache != nullptr;
 }
 
 template <class C>
@@ -110,7 +98,7 @@ struct DoomedStorage {
 /// Gives the instance fresh, empty storage; what was there is left as it is, unreleased. On
 /// std::bad_alloc nothing has changed.
 template <class C>
-void install_fresh_storage(REALobject instance) {
+[[gnu::cold]] void install_fresh_storage(REALobject instance) {
   auto fresh = std::make_unique<typename C::Storage>();
   const TakenCaches dropped = take_caches<C>(instance);
   if constexpr (diagnosis::enabled) {
@@ -123,7 +111,7 @@ void install_fresh_storage(REALobject instance) {
 /// Gives the instance fresh, empty storage and destroys what was there. On std::bad_alloc nothing
 /// has changed.
 template <class C>
-void replace_storage(REALobject instance) {
+[[gnu::cold]] void replace_storage(REALobject instance) {
   auto fresh = std::make_unique<typename C::Storage>();
   const TakenCaches dropped = take_caches<C>(instance);
   auto& storage = container_data<C>(instance).storage;

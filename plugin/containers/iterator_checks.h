@@ -1,7 +1,7 @@
 // What the diagnostic build asks before an iterator is used, and what it writes down.
 //
-// Each `may_...` tells whether the use is right, and raises when it is not. In any other build all
-// of them are true, the rest does nothing, and no code comes of either.
+// Each `may_...` tells whether the use is right, and raises when it is not; no other build asks.
+// What is written down, no other build writes, and no code comes of it.
 #ifndef ZRB_PLUGIN_CONTAINERS_ITERATOR_CHECKS_H
 #define ZRB_PLUGIN_CONTAINERS_ITERATOR_CHECKS_H
 
@@ -23,64 +23,47 @@ struct IteratorChecks {
     }
   }
 
-  static bool may_step([[maybe_unused]] const Position& position) {
-    if constexpr (diagnosis::enabled) {
-      const diagnosis::Call call = of_iterator("MoveNext");
-      if (!is_sound(position, call)) return false;
-      if (position.is_end()) return diagnosis::raise_step_past_the_end(call), false;
-    }
+  static bool may_step(const Position& position) {
+    const diagnosis::Call call = of_iterator("MoveNext");
+    if (!is_sound(position, call)) return false;
+    if (position.is_end()) return diagnosis::raise_step_past_the_end(call), false;
     return true;
   }
-  static bool may_step_back([[maybe_unused]] const Position& position) {
-    if constexpr (diagnosis::enabled) {
-      const diagnosis::Call call = of_iterator("MovePrev");
-      if (!is_sound(position, call)) return false;
-      if (position == position.storage().begin()) {
-        return diagnosis::raise_step_before_the_first(call), false;
-      }
+  static bool may_step_back(const Position& position) {
+    const diagnosis::Call call = of_iterator("MovePrev");
+    if (!is_sound(position, call)) return false;
+    if (position == position.storage().begin()) {
+      return diagnosis::raise_step_before_the_first(call), false;
     }
     return true;
   }
 
   /// `part`: "Key" or "Value".
-  static bool may_use_element([[maybe_unused]] const Position& position,
-                              [[maybe_unused]] const char* part) {
-    if constexpr (diagnosis::enabled) {
-      const diagnosis::Call call = of_iterator(part);
-      if (!is_sound(position, call)) return false;
-      if (position.is_end()) return diagnosis::raise_nothing_to_read(call), false;
-    }
+  static bool may_use_element(const Position& position, const char* part) {
+    const diagnosis::Call call = of_iterator(part);
+    if (!is_sound(position, call)) return false;
+    if (position.is_end()) return diagnosis::raise_nothing_to_read(call), false;
     return true;
   }
 
   /// Either may be null; such a comparison is defined.
-  static bool may_compare([[maybe_unused]] const Position* one,
-                          [[maybe_unused]] const Position* other,
-                          [[maybe_unused]] const char* operation) {
-    if constexpr (diagnosis::enabled) {
-      if (one == nullptr || other == nullptr) return true;
-      const diagnosis::Call call = of_iterator(operation);
-      if (!is_sound(*one, call) || !is_sound(*other, call)) return false;
-      if (&one->storage() != &other->storage()) {
-        return diagnosis::raise_different_containers(call), false;
-      }
+  static bool may_compare(const Position* one, const Position* other, const char* operation) {
+    if (one == nullptr || other == nullptr) return true;
+    const diagnosis::Call call = of_iterator(operation);
+    if (!is_sound(*one, call) || !is_sound(*other, call)) return false;
+    if (&one->storage() != &other->storage()) {
+      return diagnosis::raise_different_containers(call), false;
     }
     return true;
   }
 
-  static bool may_remove([[maybe_unused]] const Storage& storage,
-                         [[maybe_unused]] const Position& position) {
-    if constexpr (diagnosis::enabled) {
-      if (!is_of(storage, position)) return false;
-      if (position.is_end()) return diagnosis::raise_nothing_to_remove(remove()), false;
-    }
+  static bool may_remove(const Storage& storage, const Position& position) {
+    if (!is_of(storage, position)) return false;
+    if (position.is_end()) return diagnosis::raise_nothing_to_remove(remove()), false;
     return true;
   }
-  static bool may_remove([[maybe_unused]] const Storage& storage,
-                         [[maybe_unused]] const Position& first,
-                         [[maybe_unused]] const Position& last) {
-    if constexpr (diagnosis::enabled) return is_of(storage, first) && is_of(storage, last);
-    return true;
+  static bool may_remove(const Storage& storage, const Position& first, const Position& last) {
+    return is_of(storage, first) && is_of(storage, last);
   }
 
  private:

@@ -54,13 +54,13 @@ struct ContainerIterators {
   using Checks = IteratorChecks<C>;
 
   /// O(1); hashed O(bucket count) while the low buckets are empty.
-  static REALobject getbegin(REALobject instance) {
+  [[gnu::cold]] static REALobject getbegin(REALobject instance) {
     auto* storage = storage_or_raise<C>(instance);
     return storage == nullptr ? nullptr : new_iterator<C>(storage->begin());
   }
 
   /// The position behind the last element. O(1).
-  static REALobject getend(REALobject instance) {
+  [[gnu::cold]] static REALobject getend(REALobject instance) {
     auto* storage = storage_or_raise<C>(instance);
     return storage == nullptr ? nullptr : new_iterator<C>(storage->end());
   }
@@ -81,11 +81,14 @@ struct ContainerIterators {
   /// Removes the element that `pos` names; `pos` must not be used afterwards. Nothing happens for a
   /// nil iterator, one without a position, at the end, or of another container. O(1) hashed, O(log
   /// n) ordered.
-  static void erase1(REALobject instance, REALobject pos) {
+  [[gnu::cold]] static void erase1(REALobject instance, REALobject pos) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr || pos == nullptr) return;
     const Position* position = position_of<C>(pos);
-    if (position == nullptr || !Checks::may_remove(*storage, *position)) return;
+    if (position == nullptr) return;
+    if constexpr (diagnosis::enabled) {
+      if (!Checks::may_remove(*storage, *position)) return;
+    }
     if (&position->storage() != storage) return;
     const Position place = *position;
     const InUse use(*storage);
@@ -95,12 +98,15 @@ struct ContainerIterators {
   }
 
   /// Removes the elements from `first` up to but not including `last`, in iteration order.
-  static void erase2(REALobject instance, REALobject first, REALobject last) {
+  [[gnu::cold]] static void erase2(REALobject instance, REALobject first, REALobject last) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr || first == nullptr || last == nullptr) return;
     const Position* from = position_of<C>(first);
     const Position* to = position_of<C>(last);
-    if (from == nullptr || to == nullptr || !Checks::may_remove(*storage, *from, *to)) return;
+    if (from == nullptr || to == nullptr) return;
+    if constexpr (diagnosis::enabled) {
+      if (!Checks::may_remove(*storage, *from, *to)) return;
+    }
     if (&from->storage() != storage || &to->storage() != storage) return;
     const Position range[] = {*from, *to};
     const InUse use(*storage);
@@ -133,32 +139,31 @@ struct IteratorObject {
 
   /// To the next element, or to the end. O(1) on average, hashed O(bucket count) at worst.
   static void MoveNext(REALobject iterator) {
-    Position* position = position_or_raise(iterator);
-    if (position == nullptr || !Checks::may_step(*position)) return;
+    Position* position = position_if(iterator, [](const auto& at) { return Checks::may_step(at); });
+    if (position == nullptr) return;
     C::Storage::advance(*position);
     Checks::note_moved(*position);
   }
 
   /// To the element before; from the end to the last element. O(1) on average.
   static void MovePrev(REALobject iterator) {
-    Position* position = position_or_raise(iterator);
-    if (position == nullptr || !Checks::may_step_back(*position)) return;
+    Position* position =
+        position_if(iterator, [](const auto& at) { return Checks::may_step_back(at); });
+    if (position == nullptr) return;
     C::Storage::retreat(*position);
     Checks::note_moved(*position);
   }
 
   static typename C::KeyHost GetKey(REALobject iterator) {
-    Position* position = position_or_raise(iterator);
-    if (position == nullptr || !Checks::may_use_element(*position, "Key")) return {};
-    if (position->is_end()) return {};
+    Position* position = element_position(iterator, "Key");
+    if (position == nullptr) return {};
     const typename C::ElementUse use(position->storage());
     return C::Key::hand_out(position->entry().key);
   }
 
   static typename C::ValueHost GetValue(REALobject iterator) {
-    Position* position = position_or_raise(iterator);
-    if (position == nullptr || !Checks::may_use_element(*position, "Value")) return {};
-    if (position->is_end()) return {};
+    Position* position = element_position(iterator, "Value");
+    if (position == nullptr) return {};
     const typename C::ElementUse use(position->storage());
     return C::Value::hand_out(position->entry().value);
   }
@@ -166,9 +171,8 @@ struct IteratorObject {
   /// Replaces the element's value. The container's cached arrays keep the old one: an iterator does
   /// not know its container.
   static void SetValue(REALobject iterator, typename C::ValueHost value) {
-    Position* position = position_or_raise(iterator);
-    if (position == nullptr || !Checks::may_use_element(*position, "Value")) return;
-    if (position->is_end()) return;
+    Position* position = element_position(iterator, "Value");
+    if (position == nullptr) return;
     const typename C::ElementUse use(position->storage());
     auto& element = position->entry();
     typename C::StoredValue replacement(value);
@@ -204,6 +208,23 @@ struct IteratorObject {
       C::is_map ? raise_iterator_not_initialized() : raise_iterator_is_nil();
     }
     return position;
+  }
+
+  // The position, if it may be used, which only a diagnostic build asks.
+  template <class MayUse>
+  static Position* position_if(REALobject iterator, [[maybe_unused]] MayUse may_use) {
+    Position* position = position_or_raise(iterator);
+    if constexpr (diagnosis::enabled) {
+      if (position != nullptr && !may_use(*position)) return nullptr;
+    }
+    return position;
+  }
+
+  // The position, unless there is no element; `part` of it will be used.
+  static Position* element_position(REALobject iterator, [[maybe_unused]] const char* part) {
+    Position* position =
+        position_if(iterator, [=](const auto& at) { return Checks::may_use_element(at, part); });
+    return position == nullptr || position->is_end() ? nullptr : position;
   }
 
   static TwoPositions both_positions(REALobject iterator, REALobject other) {

@@ -10,7 +10,7 @@
 template <class C>
 struct KeyedAccess {
   /// How many elements have this key: 1 or 0.
-  static std::int32_t count(REALobject instance, typename C::KeyHost key) {
+  [[gnu::noinline]] static std::int32_t count(REALobject instance, typename C::KeyHost key) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return 0;
     const typename C::KeyUse use(*storage);

@@ -21,10 +21,10 @@ struct PositionalAccess {
   /// All keys, or all values, as the cached array itself, with one lock for the caller: a program
   /// that changes it changes the cache. Nil, without an exception, for an instance without storage.
   /// O(n) after a change, else O(1).
-  static REALarray rbGetKeys(REALobject instance) {
+  [[gnu::cold]] static REALarray rbGetKeys(REALobject instance) {
     return array(instance, &ContainerData<C>::keysCache);
   }
-  static REALarray rbGetValues(REALobject instance) {
+  [[gnu::cold]] static REALarray rbGetValues(REALobject instance) {
     return array(instance, &ContainerData<C>::valuesCache);
   }
 
@@ -40,10 +40,10 @@ struct PositionalAccess {
 
   /// Inserts all keys, or all values, in iteration order before what `target` holds. Caches are
   /// neither used nor changed. O(n) insertions.
-  static void rbGetKeys2(REALobject instance, REALarray target) {
+  [[gnu::cold]] static void rbGetKeys2(REALobject instance, REALarray target) {
     insert_all<Key>(instance, target, &Element::key);
   }
-  static void rbGetValues2(REALobject instance, REALarray target) {
+  [[gnu::cold]] static void rbGetValues2(REALobject instance, REALarray target) {
     insert_all<Value>(instance, target, &Element::value);
   }
 
@@ -51,7 +51,7 @@ struct PositionalAccess {
   // Makes the caches valid, unless the instance has no storage or the host no array. When the host
   // changes the container meanwhile, the arrays are begun again. The result holds the instance,
   // where host code ran, for as long as the caller looks at it.
-  [[nodiscard]] static LockedObject BuildArrays(REALobject instance) {
+  [[nodiscard, gnu::cold]] static LockedObject BuildArrays(REALobject instance) {
     if (container_data<C>(instance).storage == nullptr) return {};
     LockedObject held_instance(instance);
     auto& data = container_data<C>(instance);
@@ -61,14 +61,14 @@ struct PositionalAccess {
     return held_instance;
   }
 
-  static REALarray array(REALobject instance, REALarray ContainerData<C>::*cache) {
+  [[gnu::cold]] static REALarray array(REALobject instance, REALarray ContainerData<C>::*cache) {
     LockedObject held_instance;
     if (container_data<C>(instance).keysCache == nullptr) held_instance = BuildArrays(instance);
     return LockedArray(container_data<C>(instance).*cache).detach();
   }
 
   // False when the container changed meanwhile.
-  static bool try_to_build_arrays(ContainerData<C>& data) {
+  [[gnu::cold]] static bool try_to_build_arrays(ContainerData<C>& data) {
     auto* storage = data.storage;
     const InUse use(*storage);
     const std::uint32_t changes_before = storage->changes();
@@ -109,19 +109,27 @@ struct PositionalAccess {
     if (REALarray array = container_data<C>(instance).*cache; array != nullptr) {
       REALGetArrayValue(array, index, &element);
     } else if constexpr (C::is_map) {
-      auto* storage = storage_or_raise<C>(instance);
-      if (storage == nullptr || index < 0) return element;
-      storage->for_each([&](const Element& entry) {
-        if (index-- > 0) return true;
-        element = Kind::hand_out(entry.*part);
-        return false;
-      });
+      element = count_out<Kind>(instance, index, part);
     }
     return element;
   }
 
   template <class Kind, class Part>
-  static void insert_all(REALobject instance, REALarray target, Part Element::*part) {
+  [[gnu::cold]] static typename Kind::Host count_out(REALobject instance, std::int32_t index,
+                                                     Part Element::*part) {
+    typename Kind::Host element{};
+    auto* storage = storage_or_raise<C>(instance);
+    if (storage == nullptr || index < 0) return element;
+    storage->for_each([&](const Element& entry) {
+      if (index-- > 0) return true;
+      element = Kind::hand_out(entry.*part);
+      return false;
+    });
+    return element;
+  }
+
+  template <class Kind, class Part>
+  [[gnu::cold]] static void insert_all(REALobject instance, REALarray target, Part Element::*part) {
     if (target == nullptr) return raise_array_is_nil();
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return;

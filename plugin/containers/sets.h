@@ -3,7 +3,6 @@
 #define ZRB_PLUGIN_CONTAINERS_SETS_H
 
 #include <cstdint>
-#include <limits>
 #include <type_traits>
 
 #include "containers/keyed_access.h"
@@ -17,13 +16,13 @@ struct SetOperations : private KeyedAccess<C> {
 
   /// A set of an array's elements; of equal ones the first stays. A nil array raises, and the set
   /// stays without storage. O(n) hashed, O(n log n) ordered.
-  static void theMapConstructor2(REALobject instance, REALarray keys) {
+  [[gnu::cold]] static void theMapConstructor2(REALobject instance, REALarray keys) {
     construct(instance, keys,
               [](REALarray array, std::int32_t index) { return fetch<Key>(array, index); });
   }
 
   /// The same for a variant set and an array of strings, each of which becomes a variant.
-  static void theMapConstructor3(REALobject instance, REALarray keys) {
+  [[gnu::cold]] static void theMapConstructor3(REALobject instance, REALarray keys) {
     construct(instance, keys, [](REALarray array, std::int32_t index) {
       StoredKey key;
       {
@@ -67,17 +66,16 @@ struct SetOperations : private KeyedAccess<C> {
   }
 
   template <class Fetch>
-  static void construct(REALobject instance, REALarray keys, Fetch fetch_key) {
+  [[gnu::cold]] static void construct(REALobject instance, REALarray keys, Fetch fetch_key) {
     if (keys == nullptr) return raise_values_array_is_nil();
     const LockedObject held_instance(instance);
     const LockedArray held_keys(keys);
     install_fresh_storage<C>(instance);
     const std::int32_t upper_bound = REALGetArrayUBound(keys);
-    for (std::int32_t index = 0; index <= upper_bound; ++index) {
-      const StoredKey key = fetch_key(keys, index);
+    for (std::int64_t index = 0; index <= upper_bound; ++index) {  // which may be the largest index
+      const StoredKey key = fetch_key(keys, static_cast<std::int32_t>(index));
       if (container_data<C>(instance).storage == nullptr) return;  // destroyed by what it called
       insert(instance, C::Key::lend(key));
-      if (index == std::numeric_limits<std::int32_t>::max()) return;  // as far as an index counts
     }
   }
 };

@@ -29,3 +29,13 @@ void unlock_handle(REALstring handle) {
 void unlock_handle(REALarray handle) {
   REALUnlockObject(as_object(handle));
 }
+
+void unlock_in_destructor(REALobject handle) {
+  release_in_destructor([=] { unlock_handle(handle); });
+}
+void unlock_in_destructor(REALstring handle) {
+  release_in_destructor([=] { unlock_handle(handle); });
+}
+void unlock_in_destructor(REALarray handle) {
+  unlock_in_destructor(as_object(handle));
+}

@@ -18,10 +18,16 @@ void unlock_handle(REALobject handle);
 void unlock_handle(REALstring handle);
 void unlock_handle(REALarray handle);
 
+/// Unlocks from within a destructor; see `release_in_destructor`. Not inline, as destructors are
+/// everywhere.
+void unlock_in_destructor(REALobject handle);
+void unlock_in_destructor(REALstring handle);
+void unlock_in_destructor(REALarray handle);
+
 /// Runs a release from within a destructor. What the host throws meanwhile passes on, unless
 /// another exception is already on its way: that one is the cause, and two cannot pass at once.
 template <class Release>
-void release_in_destructor(Release release) {
+inline void release_in_destructor(Release release) {
   try {
     release();
   } catch (...) {
@@ -57,7 +63,7 @@ class LockedHandle {
 
   /// Gives the lock back; see `release_in_destructor`.
   ~LockedHandle() noexcept(false) {
-    if (handle_ != nullptr) release_in_destructor([this] { unlock_handle(handle_); });
+    if (handle_ != nullptr) unlock_in_destructor(handle_);
   }
 
   Handle get() const { return handle_; }

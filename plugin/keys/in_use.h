@@ -66,7 +66,7 @@ class InUse {
  private:
   Usable& usable() { return storage_; }
 
-  void finish() {
+  [[gnu::cold]] void finish() {
     struct End {
       InUse& use;
       ~End() noexcept(false) {

@@ -13,7 +13,7 @@ struct DictionaryConversion {
   /// Replaces this map's content by a Dictionary's entries, in the order of their indices; of keys
   /// that the map takes for equal the last one's value stays. A nil Dictionary leaves the map
   /// empty.
-  static void theMapConstructorDic(REALobject instance, REALdictionary dictionary) {
+  [[gnu::cold]] static void theMapConstructorDic(REALobject instance, REALdictionary dictionary) {
     const LockedObject held_instance(instance);
     const LockedObject held_dictionary(dictionary);
     replace_storage<C>(instance);
@@ -34,7 +34,7 @@ struct DictionaryConversion {
   /// A new Dictionary, owned by the caller; nil when the host refuses it. It is empty, the map is
   /// empty afterwards, and the former entries stay locked for good: the content moves out of the
   /// map before it is walked. Programs rely on the map being empty after its conversion.
-  static REALdictionary cloneDictionary(REALobject instance) {
+  [[gnu::cold]] static REALdictionary cloneDictionary(REALobject instance) {
     if (storage_or_raise<C>(instance) == nullptr) return nullptr;
     const LockedObject held_instance(instance);
     auto dictionary = LockedObject::adopt(NewDictionary());

@@ -12,7 +12,7 @@ struct MapCopy {
   /// copied into itself ends empty, and so does one whose `other` has no storage, which raises
   /// "Map not initialized". A nil `other` raises and changes nothing. O(n) hashed, O(n log n)
   /// ordered.
-  static void theMapConstructorClone(REALobject instance, REALobject other) {
+  [[gnu::cold]] static void theMapConstructorClone(REALobject instance, REALobject other) {
     if (other == nullptr) return raise_other_map_is_nil();
     const LockedObject held_instance(instance);
     const LockedObject held_other(other);
@@ -23,7 +23,7 @@ struct MapCopy {
   }
 
   /// A new map with the same content, owned by the caller; nil when the host refuses the object.
-  static REALobject cloneMap(REALobject instance) {
+  [[gnu::cold]] static REALobject cloneMap(REALobject instance) {
     auto* source = storage_or_raise<C>(instance);
     if (source == nullptr) return nullptr;
     const InUse use(*source);
@@ -36,7 +36,7 @@ struct MapCopy {
 
  private:
   // Entry by entry, as a program would assign them; faster where nobody could tell.
-  static void copy(typename C::Storage& source, typename C::Storage& target) {
+  [[gnu::cold]] static void copy(typename C::Storage& source, typename C::Storage& target) {
     if constexpr (C::Storage::plain_elements) {
       // Host code that ran when the former caches went may have filled the fresh storage again.
       if (target.empty()) {
