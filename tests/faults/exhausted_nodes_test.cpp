@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <limits>
 #include <new>
 #include <string>
 #include <vector>
@@ -13,32 +14,52 @@
 
 namespace {
 
-bool system_has_memory = true;
+constexpr std::size_t without_limit = std::numeric_limits<std::size_t>::max();
+
+// What the system gives, in bytes at a time.
+std::size_t largest_writable = without_limit;
+std::size_t smallest_writable = 0;
+std::size_t largest_readable = without_limit;
+std::size_t largest_region = without_limit;
+
+int refuse() {
+  errno = ENOMEM;
+  return -1;
+}
 
 }  // namespace
 
-// Stands in for the C library's, in the plugin too, which makes memory usable with it.
+// These stand in for the C library's, in the plugin too, which reserves addresses and makes memory
+// usable with them.
 extern "C" [[gnu::visibility("default")]] int mprotect(void* address, std::size_t bytes,
                                                        int access) noexcept {
-  if (!system_has_memory && (access & PROT_WRITE) != 0) {
-    errno = ENOMEM;
-    return -1;
-  }
+  const bool writable = (access & PROT_WRITE) != 0;
+  if (writable && (bytes > largest_writable || bytes < smallest_writable)) return refuse();
+  if (!writable && access == PROT_READ && bytes > largest_readable) return refuse();
   return static_cast<int>(::syscall(SYS_mprotect, address, bytes, access));
+}
+extern "C" [[gnu::visibility("default")]] void* mmap(void* address, std::size_t bytes, int access,
+                                                     int flags, int file, off_t offset) noexcept {
+  if (access == PROT_NONE && bytes > largest_region) {
+    static_cast<void>(refuse());
+    return MAP_FAILED;
+  }
+  return reinterpret_cast<void*>(::syscall(SYS_mmap, address, bytes, access, flags, file, offset));
 }
 
 namespace {
 
+using standin::ObjectRef;
 using support::Container;
 using support::Element;
 
 class MemoryForNodes : public support::ClassTest {
  protected:
-  ~MemoryForNodes() override { system_has_memory = true; }
+  ~MemoryForNodes() override { free_memory(); }
 
   // Lets containers take what memory the plugin still has, in large pieces first.
   void use_up_memory() {
-    system_has_memory = false;
+    largest_writable = 0;
     const support::ContainerClass& integers = support::class_named("IntegerHashSetZRB");
     for (bool more = true; more;) {
       hoard_.push_back(Container::make(integers));
@@ -65,15 +86,32 @@ class MemoryForNodes : public support::ClassTest {
     return true;
   }
 
+  void give_back_a_little() {
+    while (!can_construct()) hoard_.pop_back();
+  }
+
   void free_memory() {
     hoard_.clear();
-    system_has_memory = true;
+    largest_writable = largest_readable = largest_region = without_limit;
+    smallest_writable = 0;
+  }
+
+  // Whether a new container takes a key, now that the plugin asks for its first memory.
+  bool can_hold_a_key() const {
+    try {
+      make().put(1);
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
+    return true;
   }
 
  private:
   std::vector<Container> hoard_;
 };
 ZRB_FOR_CLASSES(MemoryForNodes, support::all_classes());
+class MemoryForCopies : public MemoryForNodes {};
+ZRB_FOR_CLASSES(MemoryForCopies, support::map_classes());
 
 TEST_P(MemoryForNodes, an_insertion_that_gets_none_changes_nothing) {
   for (const int size : {0, 3, 20, 100}) {
@@ -101,6 +139,65 @@ TEST_P(MemoryForNodes, an_insertion_that_gets_none_changes_nothing) {
     container.put(key(next), value(next));
     EXPECT_EQ(container.count(), next);
   }
+}
+
+TEST_P(MemoryForCopies, a_copy_that_gets_too_little_is_given_up) {
+  const Container map = make_with(300);
+  const auto clone = [&] { return ObjectRef::adopt(map.call<REALobject>("Clone as {Class}")); };
+  use_up_memory();
+  give_back_a_little();
+  EXPECT_THROW(clone(), std::bad_alloc);
+  EXPECT_EQ(map.count(), 300);
+  free_memory();
+  EXPECT_TRUE(clone());
+}
+
+TEST_P(MemoryForNodes, without_addresses_nothing_can_be_stored_and_later_it_can) {
+  largest_region = 0;
+  EXPECT_FALSE(can_hold_a_key());
+  largest_region = without_limit;
+  EXPECT_TRUE(can_hold_a_key());
+}
+
+TEST_P(MemoryForNodes, a_small_region_serves_where_there_is_no_large_one) {
+  largest_region = std::size_t{1} << 28;
+  const Container container = make_with(1000);
+  EXPECT_EQ(container.count(), 1000);
+}
+
+TEST_P(MemoryForNodes, a_region_that_cannot_be_read_is_none) {
+  largest_readable = 0;
+  EXPECT_FALSE(can_hold_a_key());
+  largest_readable = without_limit;
+  EXPECT_TRUE(can_hold_a_key());
+}
+
+TEST_P(MemoryForNodes, memory_whose_own_bookkeeping_gets_none_is_not_used) {
+  smallest_writable = std::size_t{1} << 20;
+  EXPECT_FALSE(can_hold_a_key());
+  smallest_writable = 0;
+  EXPECT_TRUE(can_hold_a_key());
+}
+
+class RegionOfNodes : public support::PluginTest {};
+
+TEST_F(RegionOfNodes, that_is_full_takes_no_more_until_something_goes) {
+  largest_region = std::size_t{100} << 20;
+  const Container container = Container::make(support::class_named("IntegerHashSetZRB"));
+  std::int32_t next = 0;
+  const auto fill = [&] {
+    for (;; ++next) container.put(next);
+  };
+  EXPECT_THROW(fill(), std::bad_alloc);
+  largest_region = without_limit;
+  EXPECT_EQ(container.count(), next);
+  EXPECT_GT(next, 1'000'000);
+  EXPECT_EQ(container.remove(5), 1);
+  container.put(next);
+  EXPECT_EQ(container.count(), next);
+  container.clear();
+  container.put(1);
+  EXPECT_EQ(container.count(), 1);
 }
 
 }  // namespace

@@ -74,6 +74,19 @@ REALobject no_object(REALobject) {
   return nullptr;
 }
 
+// A string object of an old host, whose data pointer leads nowhere.
+struct {
+  void* reserved = nullptr;
+  const char* data = nullptr;
+} nowhere_string;
+
+REALstring nowhere(REALstring, std::uint32_t) {
+  return reinterpret_cast<REALstring>(&nowhere_string);
+}
+void unlock_unless_nowhere(REALstring string) {
+  if (string != reinterpret_cast<REALstring>(&nowhere_string)) services::unlock_string(string);
+}
+
 bool has_texts(const ContainerClass& c) {
   return c.key != ElementType::integer;
 }
@@ -170,6 +183,29 @@ TEST_P(GarbageTexts, a_length_without_bytes_is_no_text) {
   garbage = 1000;
   restart_with({{length_service, lie(&garbage_length)}, {"StringGetCString", lie(&no_bytes)}},
                {"PluginGetStringData"});
+  expect_one_key();
+}
+
+TEST_P(GarbageTexts, no_length_and_no_bytes_are_no_text) {
+  garbage = 0;
+  restart_with({{length_service, lie(&garbage_length)}, {"StringGetCString", lie(&no_bytes)}},
+               {"PluginGetStringData"});
+  expect_one_key();
+}
+
+TEST_P(GarbageTexts, a_converted_text_without_bytes_is_no_text) {
+  garbage = 1000;
+  restart_with({{length_service, lie(&garbage_length)}, {"StringGetCString", lie(&no_bytes)}},
+               {"PluginGetStringData"});
+  const Container container = make();
+  container.put(text({"a\0", 2}, host_encoding::utf16), value(1));
+  EXPECT_TRUE(container.contains(text({"b\0", 2}, host_encoding::utf16)));
+}
+
+TEST_P(GarbageTexts, a_text_converted_by_an_old_host_to_nowhere_is_no_text) {
+  restart_with(
+      {{"REALConvertString", lie(&nowhere)}, {"REALUnlockString", lie(&unlock_unless_nowhere)}}, {},
+      2011.4);
   expect_one_key();
 }
 

@@ -10,6 +10,7 @@
 #include "runtime/host.h"
 #include "runtime/strings.h"
 #include "runtime/variants.h"
+#include "with_faults.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ class ArrayFallback : public testing::Test {
   ArrayFallback() { keep_resolver(standin::Host::resolver()); }
 
   static standin::HostOptions without_procedures() {
-    standin::HostOptions options;
+    standin::HostOptions options = with_faults();
     options.without = {"RuntimeArrayDirectGetGetProc", "RuntimeArrayDirectGetSetProc",
                        "RuntimeArrayDirectGetInsertProc"};
     return options;
@@ -102,6 +103,19 @@ TEST_F(ArrayFallback, a_null_place_reads_nothing) {
   REALSetArrayValue(array.get(), 0, variant.get());
   REALGetArrayValue(array.get(), 0, static_cast<REALobject*>(nullptr));
   EXPECT_EQ(standin::lock_count(variant.get()), 2U);
+}
+
+TEST_F(ArrayFallback, nothing_is_written_out_of_range) {
+  const auto integers = standin::ArrayRef::adopt(REALCreateArrayInteger(1));
+  const auto strings = standin::ArrayRef::adopt(REALCreateArrayString(1));
+  const StringRef text = standin::make_string("text", host_encoding::utf8);
+  for (const std::int32_t index : {-1, 2}) {
+    REALSetArrayValue(integers.get(), index, 5);
+    REALSetArrayValue(strings.get(), index, text.get());
+  }
+  EXPECT_EQ(standin::integer_at(integers.get(), 0), 0);
+  EXPECT_EQ(standin::integer_at(integers.get(), 1), 0);
+  EXPECT_EQ(standin::lock_count(text.get()), 1U);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "runtime/host.h"
 #include "runtime/strings.h"
 #include "runtime/variants.h"
+#include "with_faults.h"
 
 namespace {
 
@@ -15,7 +16,7 @@ using standin::StringRef;
 class NewVariants : public testing::Test {
  protected:
   NewVariants() { keep_resolver(standin::Host::resolver()); }
-  standin::Host host_;
+  standin::Host host_{with_faults()};
 };
 
 TEST_F(NewVariants, an_integer_becomes_a_variant_of_its_own) {

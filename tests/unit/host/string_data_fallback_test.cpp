@@ -10,6 +10,7 @@
 #include "runtime/encodings.h"
 #include "runtime/host.h"
 #include "runtime/strings.h"
+#include "with_faults.h"
 
 namespace {
 
@@ -30,7 +31,7 @@ class StringDataFallback : public testing::Test {
     return {static_cast<const char*>(record_.data), record_.length + 4};
   }
 
-  standin::Host host_;
+  standin::Host host_{with_faults()};
   REALstringData record_{};
 };
 

@@ -10,6 +10,7 @@
 #include "host/resolver.h"
 #include "runtime/host.h"
 #include "runtime/strings.h"
+#include "with_faults.h"
 
 namespace {
 
@@ -26,7 +27,7 @@ class UnicodeStrings : public testing::Test {
     return build(text.data(), static_cast<std::int64_t>(bytes), host_encoding::utf32);
   }
 
-  standin::Host host_;
+  standin::Host host_{with_faults()};
 };
 
 TEST_F(UnicodeStrings, no_text_gives_no_string) {
@@ -79,6 +80,15 @@ TEST(ClearMemory, is_zeroed_and_has_limits) {
   EXPECT_EQ(AllocateClearMemory(0), nullptr);
   EXPECT_EQ(AllocateClearMemory(-1), nullptr);
   EXPECT_EQ(AllocateClearMemory(0x80000000), nullptr);
+}
+
+TEST_F(UnicodeStrings, a_host_that_builds_none_gives_none) {
+  for (const std::uint32_t encoding :
+       {host_encoding::utf8, host_encoding::utf16, host_encoding::utf32}) {
+    host_.faults().answer_null_at("REALBuildString", 1);
+    EXPECT_FALSE(build("a\0\0\0", 4, encoding)) << encoding;
+    host_.faults().clear();
+  }
 }
 
 }  // namespace

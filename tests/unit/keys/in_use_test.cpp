@@ -13,11 +13,15 @@
 
 namespace {
 
-/// A key that runs code of the test when it is compared, and when a stored one is destroyed.
+/// A key that runs code of the test when it is hashed or compared, and when a stored one is made or
+/// destroyed.
 class CallingKey {
  public:
   explicit CallingKey(std::int32_t number) : number_(number) { ++alive; }
-  CallingKey(const CallingKey& other) : number_(other.number_), stored_(true) { ++alive; }
+  CallingKey(const CallingKey& other) : number_(other.number_), stored_(true) {
+    call(on_copy);
+    ++alive;
+  }
   CallingKey& operator=(const CallingKey&) = delete;
   ~CallingKey() noexcept(false) {
     --alive;
@@ -32,8 +36,10 @@ class CallingKey {
   }
 
   static inline int alive = 0;
-  static inline std::function<void()> on_comparison;   // run once, then forgotten
-  static inline std::function<void()> on_destruction;  // likewise
+  static inline std::function<void()> on_hash;  // run once, then forgotten; so are the others
+  static inline std::function<void()> on_comparison;
+  static inline std::function<void()> on_copy;
+  static inline std::function<void()> on_destruction;
 
  private:
   std::int32_t number_;
@@ -42,6 +48,7 @@ class CallingKey {
 
 struct NumberHash {
   std::uint32_t operator()(const CallingKey& key) const {
+    CallingKey::call(CallingKey::on_hash);
     return static_cast<std::uint32_t>(key.number());
   }
 };
@@ -72,14 +79,39 @@ template <class Set>
 class StorageInUse : public testing::Test {
  protected:
   void TearDown() override {
-    CallingKey::on_comparison = nullptr;
-    CallingKey::on_destruction = nullptr;
+    for (auto* hook : {&CallingKey::on_hash, &CallingKey::on_comparison, &CallingKey::on_copy,
+                       &CallingKey::on_destruction}) {
+      *hook = nullptr;
+    }
     EXPECT_EQ(CallingKey::alive, 0);
   }
+
+  // Runs the code at every call of the hook that the code itself does not make.
+  void at_every_call(std::function<void()>& hook, std::function<void()> code) {
+    repeat_ = [this, &hook, code = std::move(code)] {
+      ++repetitions_;
+      code();
+      hook = repeat_;
+    };
+    hook = repeat_;
+  }
+  // Runs the code at the n-th call of the hook.
+  void at_call(std::function<void()>& hook, int n, std::function<void()> code) {
+    if (n == 1) {
+      hook = std::move(code);
+    } else {
+      hook = [this, &hook, n, code = std::move(code)] { at_call(hook, n - 1, code); };
+    }
+  }
+
+  int repetitions_ = 0;
 
   static void add(Set& set, std::int32_t count) {
     for (std::int32_t number = 0; number < count; ++number) set.insert_unique(CallingKey(number));
   }
+
+ private:
+  std::function<void()> repeat_;
 };
 
 using Sets = testing::Types<HashedSet, OrderedSet>;
@@ -186,6 +218,140 @@ TYPED_TEST(StorageInUse, stops_a_walk_whose_visitor_removes_elements) {
   }));
   EXPECT_EQ(visits, 1);
   EXPECT_EQ(set.size(), 9U);
+}
+
+TYPED_TEST(StorageInUse, adds_a_key_although_every_search_for_its_place_is_disturbed) {
+  TypeParam set;
+  this->add(set, 10);
+  std::int32_t next = 193 * 10;  // all in the bucket of the key
+  this->at_every_call(CallingKey::on_comparison,
+                      [&] { set.insert_unique(CallingKey(next += 193)); });
+  EXPECT_TRUE(set.insert_unique(CallingKey(193)).inserted);
+  CallingKey::on_comparison = nullptr;
+  EXPECT_GE(this->repetitions_, search_attempts);
+  EXPECT_EQ(set.size(), 11U + static_cast<std::uint32_t>(this->repetitions_));
+  EXPECT_EQ(CallingKey::alive, static_cast<int>(set.size()));
+}
+
+TYPED_TEST(StorageInUse, adds_a_key_although_another_one_comes_whenever_it_is_made) {
+  TypeParam set;
+  this->add(set, 10);
+  std::int32_t next = 1000;
+  this->at_every_call(CallingKey::on_copy, [&] { set.insert_unique(CallingKey(next++)); });
+  EXPECT_TRUE(set.insert_unique(CallingKey(500)).inserted);
+  CallingKey::on_copy = nullptr;
+  EXPECT_EQ(this->repetitions_, search_attempts);
+  EXPECT_EQ(set.size(), 11U + static_cast<std::uint32_t>(this->repetitions_));
+  EXPECT_EQ(CallingKey::alive, static_cast<int>(set.size())) << "those that were not kept are gone";
+}
+
+TYPED_TEST(StorageInUse, gives_up_a_removal_that_is_disturbed_every_time) {
+  TypeParam set;
+  this->add(set, 10);
+  std::int32_t next = 1000;
+  this->at_every_call(CallingKey::on_comparison, [&] { set.insert_unique(CallingKey(next++)); });
+  EXPECT_EQ(set.erase(CallingKey(5)), 0U);
+  CallingKey::on_comparison = nullptr;
+  EXPECT_GE(this->repetitions_, search_attempts);
+  EXPECT_EQ(set.count(CallingKey(5)), 1U);
+  EXPECT_TRUE(check(set));
+}
+
+TYPED_TEST(StorageInUse, removes_a_key_whichever_comparison_disturbs_the_removal) {
+  for (int n = 1; n < 8; ++n) {
+    TypeParam set;
+    this->add(set, 10);
+    for (std::int32_t other = 1; other < 4; ++other) set.insert_unique(CallingKey(5 + 193 * other));
+    this->at_call(CallingKey::on_comparison, n, [&] { set.insert_unique(CallingKey(1000)); });
+    EXPECT_EQ(set.erase(CallingKey(5)), 1U) << n;
+    CallingKey::on_comparison = nullptr;
+    EXPECT_EQ(set.count(CallingKey(5)), 0U);
+    EXPECT_TRUE(check(set));
+  }
+}
+
+TYPED_TEST(StorageInUse, finds_a_key_whichever_comparison_disturbs_the_search) {
+  for (int n = 1; n < 8; ++n) {
+    TypeParam set;
+    this->add(set, 10);
+    for (std::int32_t other = 1; other < 4; ++other) set.insert_unique(CallingKey(5 + 193 * other));
+    this->at_call(CallingKey::on_comparison, n, [&] { set.erase(CallingKey(5 + 193 * 2)); });
+    EXPECT_EQ(set.count(CallingKey(5)), 1U) << n;
+    CallingKey::on_comparison = nullptr;
+    EXPECT_TRUE(check(set));
+  }
+}
+
+TYPED_TEST(StorageInUse, removes_everything_although_all_elements_fail_to_die) {
+  TypeParam set;
+  this->add(set, 10);
+  int failures = 0;
+  std::function<void()> fail = [&] {
+    CallingKey::on_destruction = fail;
+    throw ++failures;
+  };
+  CallingKey::on_destruction = fail;
+  try {
+    set.clear();
+    ADD_FAILURE() << "nothing was thrown";
+  } catch (const int failure) {
+    EXPECT_EQ(failure, 1) << "the first is the cause";
+  }
+  CallingKey::on_destruction = nullptr;
+  EXPECT_EQ(failures, 10);
+  EXPECT_TRUE(set.empty());
+  EXPECT_TRUE(check(set));
+}
+
+TEST(HashedStorageInUse, keeps_its_buckets_when_every_growth_is_disturbed) {
+  HashedSet set;
+  for (std::int32_t number = 0; number < 193; ++number) set.insert_unique(CallingKey(number));
+  int disturbances = 0;
+  std::function<void()> disturb = [&] {
+    ++disturbances;
+    set.erase(CallingKey(0));
+    set.insert_unique(CallingKey(0));
+    CallingKey::on_hash = disturb;
+  };
+  // The key's own hash is the last call.
+  CallingKey::on_hash = disturb;
+  set.insert_unique(CallingKey(1000));
+  CallingKey::on_hash = nullptr;
+  EXPECT_GE(disturbances, search_attempts);
+  EXPECT_EQ(set.bucket_count(), 193U);
+  EXPECT_EQ(set.size(), 194U);
+  set.insert_unique(CallingKey(1001));
+  EXPECT_EQ(set.bucket_count(), 389U);
+  EXPECT_TRUE(check(set));
+}
+
+TEST(HashedStorageInUse,
+     loses_nothing_more_when_a_hash_removes_a_key_and_throws_as_the_table_grows) {
+  HashedSet set;
+  for (std::int32_t number = 0; number < 193; ++number) set.insert_unique(CallingKey(number));
+  int calls = 0;
+  std::function<void()> fail_at_tenth = [&] {
+    if (++calls < 10) {
+      CallingKey::on_hash = fail_at_tenth;
+      return;
+    }
+    set.erase(CallingKey(100));
+    throw 1;
+  };
+  CallingKey::on_hash = fail_at_tenth;
+  EXPECT_THROW(set.insert_unique(CallingKey(1000)), int);
+  CallingKey::on_hash = nullptr;
+  EXPECT_EQ(set.size(), 192U);
+  EXPECT_EQ(set.bucket_count(), 193U);
+  EXPECT_TRUE(check(set));
+}
+
+TEST(HashedStorageInUse, removes_nothing_from_the_end_on) {
+  HashedSet set;
+  set.insert_unique(CallingKey(1));
+  set.erase(set.end(), set.begin());
+  set.erase(set.begin(), set.begin());
+  EXPECT_EQ(set.size(), 1U);
 }
 
 }  // namespace

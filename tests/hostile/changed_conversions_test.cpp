@@ -1,0 +1,134 @@
+// Exports, copies and conversions whose host calls change the very container, every time or at the
+// worst moment.
+#include "lies.h"
+#include "runtime/arrays.h"
+#include "runtime/classes.h"
+#include "runtime/dictionary.h"
+#include "runtime/services.h"
+#include "support/host_arrays.h"
+#include "support/plugin_test.h"
+
+namespace hostile {
+namespace {
+
+using standin::ArrayRef;
+using standin::Faults;
+using standin::ObjectRef;
+using support::Container;
+
+constexpr const char* array_maker = "RuntimeArrayCreateSingleDimBoundedArray";
+constexpr const char* dictionary_setter = "Value(key As Variant, Assigns _value As Variant)";
+
+class ChangedInsideAConversion : public support::ClassTest {
+ protected:
+  static ArrayRef keys_of(const Container& container) {
+    return ArrayRef::adopt(container.call<REALarray>("Keys as {K}()"));
+  }
+
+  /// Runs the destructor, as a host does whose counting of references is wrong.
+  void destroy(const Container& container) {
+    void* const destructor = host().find_class(container_class().name)->destructor();
+    reinterpret_cast<void (*)(REALobject)>(destructor)(container.get());
+  }
+
+  void expect_whole(const Container& container, std::int32_t count) {
+    EXPECT_EQ(container.count(), count);
+    EXPECT_EQ(container.keys().size(), static_cast<std::size_t>(count));
+    EXPECT_EQ(raised(), "");
+  }
+};
+class SetChangedInsideAConversion : public ChangedInsideAConversion {};
+class MapChangedInsideAConversion : public ChangedInsideAConversion {};
+ZRB_FOR_CLASSES(ChangedInsideAConversion, support::all_classes());
+ZRB_FOR_CLASSES(SetChangedInsideAConversion, support::set_classes());
+ZRB_FOR_CLASSES(MapChangedInsideAConversion, support::map_classes());
+
+TEST_P(ChangedInsideAConversion, an_export_is_given_up_when_each_array_made_adds_a_key) {
+  const Container container = make_with(3);
+  int next = 3;
+  host().faults().call_at(
+      array_maker, 1, [&] { container.put(next++); }, Faults::Repeat::from_there_on);
+  EXPECT_FALSE(keys_of(container));
+  host().faults().clear();
+  EXPECT_GT(next, 10) << "it is begun again some times";
+  expect_whole(container, next);
+  EXPECT_EQ(standin::upper_bound(keys_of(container).get()), next - 1);
+}
+
+TEST_P(ChangedInsideAConversion, an_export_inside_an_export_makes_the_arrays_for_both) {
+  const Container container = make_with(3);
+  ArrayRef inner;
+  host().faults().call_at(array_maker, 1, [&] { inner = keys_of(container); });
+  const ArrayRef outer = keys_of(container);
+  EXPECT_EQ(outer.get(), inner.get());
+  EXPECT_EQ(support::described(container_class().key, outer.get()), container.described_keys());
+}
+
+TEST_P(ChangedInsideAConversion, an_export_ends_without_an_array_when_the_storage_is_destroyed) {
+  const Container container = make_with(3);
+  host().faults().call_at(array_maker, 1, [&] { destroy(container); });
+  EXPECT_FALSE(keys_of(container));
+  EXPECT_EQ(container.first_word(), nullptr);
+}
+
+TEST_P(SetChangedInsideAConversion, an_array_is_read_no_further_when_the_storage_is_destroyed) {
+  const ArrayRef array = support::host_array(container_class().key, {key(1), key(2), key(3)});
+  const Container set = Container::without_storage(container_class());
+  int reads = 0;
+  host().faults().call_at(
+      Faults::any_entry_point, 1,
+      [&] {
+        if (std::string_view(host().faults().last_fired()).substr(0, 9) != "array get") return;
+        if (++reads == 2) destroy(set);
+      },
+      Faults::Repeat::from_there_on);
+  set.call<void>("Constructor(Keys() as {K})", array.get());
+  host().faults().clear();
+  EXPECT_EQ(reads, 2);
+  EXPECT_EQ(set.first_word(), nullptr);
+}
+
+TEST_P(MapChangedInsideAConversion,
+       nothing_is_copied_when_the_former_content_destroys_the_storage) {
+  const Container other = make_with(3);
+  const Container map = make_with(0);
+  const ArrayRef keys = keys_of(map);  // given up by the copy
+  host().faults().call_at("REALUnlockObject", 1, [&] { destroy(map); });
+  map.call<void>("Constructor(other as {Class})", other.get());
+  host().faults().clear();
+  EXPECT_EQ(map.first_word(), nullptr);
+  expect_whole(other, 3);
+}
+
+// What the conversion walks through is the storage that has just been made: there is something in
+// it only when giving up the cached arrays runs code that puts it there.
+TEST_P(MapChangedInsideAConversion, a_dictionary_gets_what_was_added_as_the_cached_arrays_went) {
+  const Container map = make_with(3);
+  const ArrayRef keys = keys_of(map);
+  host().faults().call_at("REALUnlockObject", 1, [&] { map.put(7); });
+  const auto dictionary = ObjectRef::adopt(map.call<REALobject>("CloneDictionary as Dictionary"));
+  ASSERT_TRUE(dictionary);
+  EXPECT_EQ(standin::dictionary_count(dictionary.get()), 1);
+  expect_whole(map, 1);
+}
+
+void* load_no_setter(REALobject object, const char* declaration) {
+  if (std::string_view(declaration) == dictionary_setter) return nullptr;
+  return standin::services::load_object_method(object, declaration);
+}
+
+TEST_P(MapChangedInsideAConversion, a_dictionary_that_takes_no_values_stays_empty) {
+  restart(default_options(), [](standin::Host& host) {
+    load_with_lies(host, {{"REALLoadObjectMethod", lie(&load_no_setter)}});
+  });
+  const Container map = make_with(3);
+  const ArrayRef keys = keys_of(map);
+  host().faults().call_at("REALUnlockObject", 1, [&] { map.put(7); });
+  const auto dictionary = ObjectRef::adopt(map.call<REALobject>("CloneDictionary as Dictionary"));
+  ASSERT_TRUE(dictionary);
+  EXPECT_EQ(standin::dictionary_count(dictionary.get()), 0);
+  expect_whole(map, 1);
+}
+
+}  // namespace
+}  // namespace hostile

@@ -1,0 +1,43 @@
+// Exceptions of the host's language, as the plugin raises them.
+#include <gtest/gtest.h>
+
+#include "host/errors.h"
+#include "host/resolver.h"
+#include "runtime/encodings.h"
+#include "runtime/exceptions.h"
+#include "runtime/host.h"
+#include "with_faults.h"
+
+namespace {
+
+class RaisedException : public testing::Test {
+ protected:
+  RaisedException() { keep_resolver(standin::Host::resolver()); }
+
+  standin::Host host_{with_faults()};
+};
+
+TEST_F(RaisedException, has_its_class_and_its_message) {
+  RaiseException("KeyNotFoundException", "there is none", host_encoding::utf8);
+  const standin::HostException exception(host_.take_pending_exception());
+  EXPECT_EQ(exception.class_name(), "KeyNotFoundException");
+  EXPECT_EQ(exception.message(), "there is none");
+}
+
+TEST_F(RaisedException, without_a_message_has_an_empty_one) {
+  for (const char* message : {static_cast<const char*>(nullptr), ""}) {
+    RaiseException("NilObjectException", message, host_encoding::utf8);
+    const standin::HostException exception(host_.take_pending_exception());
+    EXPECT_EQ(exception.class_name(), "NilObjectException");
+    EXPECT_EQ(exception.message(), "");
+  }
+}
+
+TEST_F(RaisedException, of_a_class_that_the_host_lacks_is_a_runtime_exception) {
+  RaiseException("UnheardOfException", "what happened", host_encoding::utf8);
+  const standin::HostException exception(host_.take_pending_exception());
+  EXPECT_EQ(exception.class_name(), "RuntimeException");
+  EXPECT_EQ(exception.message(), "what happened");
+}
+
+}  // namespace
