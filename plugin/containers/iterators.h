@@ -35,7 +35,7 @@ typename C::Position* position_of(REALobject iterator) {
 
 /// A new iterator object at `position`, owned by the caller; nil when the host refuses it.
 template <class C>
-REALobject new_iterator(const typename C::Position& position) {
+[[gnu::noinline]] REALobject new_iterator(const typename C::Position& position) {
   static_assert(sizeof(IteratorData<C>) <= registered_iterator_size);
   REALobject iterator = REALnewInstance(C::iterator_name.text);
   if (iterator == nullptr) return nullptr;

@@ -26,12 +26,7 @@ class HostService<Name, Result(Arguments...), Fallback, Lookup> {
 
  public:
   /// Whether the host has the service; looks it up if that is not known yet.
-  bool is_available() {
-    if (entry_point_ == nullptr) [[unlikely]] {
-      entry_point_ = reinterpret_cast<EntryPoint>(Lookup(Name.text));
-    }
-    return entry_point_ != nullptr;
-  }
+  bool is_available() { return entry_point_ != nullptr || look_up(); }
 
   /// Calls the service; a C++ exception of the host passes through.
   Result operator()(Arguments... arguments) {
@@ -46,6 +41,11 @@ class HostService<Name, Result(Arguments...), Fallback, Lookup> {
   }
 
  private:
+  [[gnu::cold]] bool look_up() {
+    entry_point_ = reinterpret_cast<EntryPoint>(Lookup(Name.text));
+    return entry_point_ != nullptr;
+  }
+
   EntryPoint entry_point_ = nullptr;
 };
 

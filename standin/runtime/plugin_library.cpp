@@ -12,16 +12,9 @@
 #include <fstream>
 #include <system_error>
 
+#include "runtime/address_sanitizer.h"
 #include "runtime/host.h"
 #include "runtime/library_file.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define ZRB_ADDRESS_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define ZRB_ADDRESS_SANITIZER 1
-#endif
-#endif
 
 namespace standin {
 namespace {
@@ -97,7 +90,7 @@ PluginLibrary open_plugin(const std::string& path) {
 }
 
 void close_plugin([[maybe_unused]] void* handle) {
-#ifndef ZRB_ADDRESS_SANITIZER
+#ifndef ZRB_HAS_ADDRESS_SANITIZER
   ::dlclose(handle);
 #endif
 }

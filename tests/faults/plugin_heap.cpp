@@ -10,15 +10,9 @@
 #include <new>
 #include <set>
 
-#if defined(__SANITIZE_ADDRESS__)
-#define ZRB_ADDRESS_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define ZRB_ADDRESS_SANITIZER 1
-#endif
-#endif
+#include "runtime/address_sanitizer.h"
 
-#ifndef ZRB_ADDRESS_SANITIZER
+#ifndef ZRB_HAS_ADDRESS_SANITIZER
 // glibc's own, below the names that programs may replace.
 extern "C" void* __libc_malloc(std::size_t size);                     // NOLINT
 extern "C" void* __libc_calloc(std::size_t count, std::size_t size);  // NOLINT
@@ -28,7 +22,7 @@ namespace faults::plugin_heap {
 namespace {
 
 void* plain_malloc(std::size_t size) {
-#ifdef ZRB_ADDRESS_SANITIZER
+#ifdef ZRB_HAS_ADDRESS_SANITIZER
   return std::malloc(size);
 #else
   return __libc_malloc(size);
@@ -144,7 +138,7 @@ void operator delete[](void* block, std::size_t) noexcept {
   release(block);
 }
 
-#ifndef ZRB_ADDRESS_SANITIZER
+#ifndef ZRB_HAS_ADDRESS_SANITIZER
 extern "C" void* malloc(std::size_t size) noexcept {
   if (is_plugin(__builtin_return_address(0)) && fails_now()) return nullptr;
   return __libc_malloc(size);

@@ -3,15 +3,9 @@
 #ifndef ZRB_TESTS_SUPPORT_LEAK_SANITIZER_H
 #define ZRB_TESTS_SUPPORT_LEAK_SANITIZER_H
 
-#if defined(__SANITIZE_ADDRESS__)
-#define ZRB_LEAK_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define ZRB_LEAK_SANITIZER 1
-#endif
-#endif
+#include "runtime/address_sanitizer.h"
 
-#ifdef ZRB_LEAK_SANITIZER
+#ifdef ZRB_HAS_ADDRESS_SANITIZER
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -21,12 +15,12 @@ namespace support {
 class LeaksExpected {
  public:
   LeaksExpected() {
-#ifdef ZRB_LEAK_SANITIZER
+#ifdef ZRB_HAS_ADDRESS_SANITIZER
     __lsan_disable();
 #endif
   }
   ~LeaksExpected() {
-#ifdef ZRB_LEAK_SANITIZER
+#ifdef ZRB_HAS_ADDRESS_SANITIZER
     __lsan_enable();
 #endif
   }
