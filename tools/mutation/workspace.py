@@ -46,11 +46,11 @@ class Workspace:
         """Brings the copy up to date and configures it."""
         listed = subprocess.run(["git", "ls-files"], cwd=ROOT, text=True, capture_output=True,
                                 check=True)
+        mutated = plugin_files()
         for path in listed.stdout.splitlines():
-            if not path.startswith("plugin/") or path.endswith((".txt", ".map")):
-                if os.path.exists(os.path.join(ROOT, path)):
-                    self._bring(path)
-        for path in plugin_files():
+            if path not in mutated and os.path.exists(os.path.join(ROOT, path)):
+                self._bring(path)
+        for path in mutated:
             self.write(path, read(path))
         shutil.copy(os.path.join(HERE, schemata.SWITCH_HEADER),
                     os.path.join(self.tree, "plugin", schemata.SWITCH_HEADER))
