@@ -91,7 +91,8 @@ class Sandbox:
 
 def _limit():
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-    resource.setrlimit(resource.RLIMIT_AS, (_MEMORY_LIMIT, _MEMORY_LIMIT))
+    # Not of addresses, of which the plugin reserves more than it uses.
+    resource.setrlimit(resource.RLIMIT_DATA, (_MEMORY_LIMIT, _MEMORY_LIMIT))
     resource.setrlimit(resource.RLIMIT_STACK, (8 << 20, 8 << 20))
 
 
