@@ -16,7 +16,7 @@ class TakenCaches {
   TakenCaches(const TakenCaches&) = delete;
   TakenCaches& operator=(const TakenCaches&) = delete;
   ~TakenCaches() noexcept(false) {
-    if (keys_ != nullptr || values_ != nullptr) [[unlikely]]
+    if (keys_ != nullptr) [[unlikely]]  // else there are no values either
       unlock();
   }
 

@@ -20,21 +20,11 @@ void lock_handle(REALstring handle) {
 void lock_handle(REALarray handle) {
   REALLockObject(as_object(handle));
 }
-void unlock_handle(REALobject handle) {
-  REALUnlockObject(handle);
-}
-void unlock_handle(REALstring handle) {
-  REALUnlockString(handle);
-}
-void unlock_handle(REALarray handle) {
-  REALUnlockObject(as_object(handle));
-}
-
 void unlock_in_destructor(REALobject handle) {
-  release_in_destructor([=] { unlock_handle(handle); });
+  release_in_destructor([=] { REALUnlockObject(handle); });
 }
 void unlock_in_destructor(REALstring handle) {
-  release_in_destructor([=] { unlock_handle(handle); });
+  release_in_destructor([=] { REALUnlockString(handle); });
 }
 void unlock_in_destructor(REALarray handle) {
   unlock_in_destructor(as_object(handle));

@@ -10,13 +10,10 @@
 
 #include "host/binary_interface.h"
 
-/// Lock and unlock by the kind of handle; the handle must not be null.
+/// Locks by the kind of handle, which must not be null.
 void lock_handle(REALobject handle);
 void lock_handle(REALstring handle);
 void lock_handle(REALarray handle);
-void unlock_handle(REALobject handle);
-void unlock_handle(REALstring handle);
-void unlock_handle(REALarray handle);
 
 /// Unlocks from within a destructor; see `release_in_destructor`. Not inline, as destructors are
 /// everywhere.

@@ -38,7 +38,10 @@ struct VariantElement {
   static REALarray create_array(std::int32_t upper_bound) {
     return REALCreateArrayObject(upper_bound);
   }
-  static Stored from_variant(REALobject variant) { return Stored(GetVariantObject(variant)); }
+  static Stored from_variant(REALobject variant) {
+    const REALobject object = GetVariantObject(variant);
+    return Stored(object);
+  }
   static REALobject to_variant(const Stored& element) { return REALnewVariant(element); }
 };
 

@@ -310,11 +310,8 @@ class HashedStorage : public Usable {
     Unlinked(const Unlinked&) = delete;
     Unlinked& operator=(const Unlinked&) = delete;
     ~Unlinked() noexcept(plain_elements) {
-      if (first_ == no_node) return;
-      if constexpr (plain_elements) {
-        destroy();
-      } else {
-        release_in_destructor([this] { destroy(); });
+      if constexpr (!plain_elements) {
+        if (first_ != no_node) release_in_destructor([this] { destroy(); });
       }
     }
 

@@ -34,7 +34,7 @@ inline bool unpredictable(bool condition) {
 
 /// Asks the processor to load what lies at `address`, which is about to be used. Any address will
 /// do.
-ZRB_ALWAYS_INLINE void prefetch(const void* address) {
+ZRB_ALWAYS_INLINE void prefetch(const void* address) noexcept {
 #if defined(__GNUC__)
   __builtin_prefetch(address);
 #else
@@ -45,7 +45,7 @@ ZRB_ALWAYS_INLINE void prefetch(const void* address) {
 /// The same for what an element or a host value refers to: an object or a string of the host, which
 /// the host is about to touch. Nothing for an integer.
 template <class Held>
-ZRB_ALWAYS_INLINE void prefetch_held(const Held& held) {
+ZRB_ALWAYS_INLINE void prefetch_held(const Held& held) noexcept {
   if constexpr (std::is_pointer_v<Held>) {
     prefetch(held);
   } else if constexpr (requires { held.get(); }) {
@@ -55,7 +55,7 @@ ZRB_ALWAYS_INLINE void prefetch_held(const Held& held) {
 
 /// The same for what key and value of an entry refer to.
 template <class Entry>
-ZRB_ALWAYS_INLINE void prefetch_content(const Entry& entry) {
+ZRB_ALWAYS_INLINE void prefetch_content(const Entry& entry) noexcept {
   prefetch_held(entry.key);
   if constexpr (requires { entry.value; }) prefetch_held(entry.value);
 }

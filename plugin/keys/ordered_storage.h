@@ -254,8 +254,8 @@ class OrderedStorage : public Usable {
 
   NodeLink nil() const { return tree_.nil(); }
   Position position(NodeLink node) { return {&tree_.at(node), this}; }
-  Element& element(NodeLink node) const { return static_cast<Element&>(tree_.at(node)); }
-  const Key& key_at(NodeLink node) const { return element(node).key; }
+  Element& element(NodeLink node) const noexcept { return static_cast<Element&>(tree_.at(node)); }
+  const Key& key_at(NodeLink node) const noexcept { return element(node).key; }
   NodeLink link_after(NodeLink node) { return link_to(tree_.successor(&tree_.at(node))); }
 
   // Runs a search that gives a node, again if the tree changed under it.
@@ -311,7 +311,7 @@ class OrderedStorage : public Usable {
 
   // Ends at an equal key, and turns without a branch, which would be guessed wrong every other
   // time.
-  NodeLink find_plain(const Key& key) const {
+  NodeLink find_plain(const Key& key) const noexcept {
     NodeLink node = tree_.root();
     while (node != nil()) {
       const Element& at_node = element(node);

@@ -62,16 +62,19 @@ class rbText {
 
   /// The text as UTF-8, NUL-terminated, valid as long as the view; converted at most once.
   const char* GetUTF8() {
-    if (length_ < 0) convert();
+    read();
     return utf8_;
   }
   /// Length of that text in bytes, up to its end, whatever zero bytes it contains.
   std::int32_t LengthUTF8() {
-    if (length_ < 0) convert();
+    read();
     return length_;
   }
 
  private:
+  void read() {
+    if (length_ < 0) convert();
+  }
   void convert();
   REALstring rebuild_from_bytes();
   void convert_by_string_service(REALstring string);

@@ -200,5 +200,25 @@ TEST_P(ThrowingCalls, of_every_routine_leave_the_container_whole) {
   });
 }
 
+class TwoExceptions : public support::ClassTest {};
+ZRB_FOR_CLASSES(TwoExceptions, support::classes_with_key(support::ElementType::string));
+
+TEST_P(TwoExceptions, of_which_the_second_comes_in_a_release_end_with_the_first) {
+  const support::Container container = make_with(3);
+  host().faults().throw_at("REALGetStringEncoding", 1);
+  host().faults().throw_at("REALUnlockString", 1);
+  host().faults().reset_fired();
+  std::string first;
+  try {
+    container.contains(key(2));
+  } catch (const standin::InjectedFault& fault) {
+    first = fault.what();
+  }
+  host().faults().clear();
+  EXPECT_EQ(host().faults().fired(), 2U);
+  EXPECT_NE(first.find("REALGetStringEncoding"), first.npos) << first;
+  EXPECT_TRUE(container.contains(key(2)));
+}
+
 }  // namespace
 }  // namespace faults

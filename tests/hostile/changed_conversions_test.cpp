@@ -64,6 +64,23 @@ TEST_P(ChangedInsideAConversion, an_export_inside_an_export_makes_the_arrays_for
   EXPECT_EQ(support::described(container_class().key, outer.get()), container.described_keys());
 }
 
+TEST_P(ChangedInsideAConversion, an_export_is_that_of_the_storage_that_came_meanwhile) {
+  const Container container = make_with(3);
+  int writes = 0;
+  host().faults().call_at(
+      Faults::any_entry_point, 1,
+      [&] {
+        const std::string_view called = host().faults().last_fired();
+        if (called.substr(0, 9) == "array set" && ++writes == 2) container.construct();
+      },
+      Faults::Repeat::from_there_on);
+  const ArrayRef keys = keys_of(container);
+  host().faults().clear();
+  ASSERT_TRUE(keys);
+  EXPECT_EQ(standin::upper_bound(keys.get()), -1);
+  expect_whole(container, 0);
+}
+
 TEST_P(ChangedInsideAConversion, an_export_ends_without_an_array_when_the_storage_is_destroyed) {
   const Container container = make_with(3);
   host().faults().call_at(array_maker, 1, [&] { destroy(container); });

@@ -11,6 +11,7 @@ import lines
 from exclusions import Exclusions
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+_OF_THE_FILE = "^abi_test$"  # what a plugin that counts asks of its runtime is no plugin's to ask
 GOALS = {"plugin": (100, 100), "standin": (90, 0), "console": (90, 0)}  # % of lines, of branches
 
 
@@ -44,7 +45,7 @@ def run_tests(options, preset, build):
         environment["TMPDIR"] = "/dev/shm"  # tests load copies of the plugin
     done = subprocess.run(["ctest", "--preset", preset, "-j", str(options.jobs), "--quiet",
                            "--output-log", os.path.join(build, "tests.log"), "--no-tests=error",
-                           "-R", options.tests],
+                           "-R", options.tests, "-E", _OF_THE_FILE],
                           cwd=ROOT, env=environment)
     if done.returncode != 0:
         print(f"coverage: tests fail, see {build}/tests.log", file=sys.stderr)
