@@ -52,7 +52,6 @@ struct PositionalAccess {
   // changes the container meanwhile, the arrays are begun again. The result holds the instance,
   // where host code ran, for as long as the caller looks at it.
   [[nodiscard, gnu::cold]] static LockedObject BuildArrays(REALobject instance) {
-    if (container_data<C>(instance).storage == nullptr) return {};
     LockedObject held_instance(instance);
     auto& data = container_data<C>(instance);
     for (int attempts = 0; attempts < search_attempts; ++attempts) {
@@ -117,9 +116,9 @@ struct PositionalAccess {
   template <class Kind, class Part>
   [[gnu::cold]] static typename Kind::Host count_out(REALobject instance, std::int32_t index,
                                                      Part Element::*part) {
-    typename Kind::Host element{};
     auto* storage = storage_or_raise<C>(instance);
-    if (storage == nullptr || index < 0) return element;
+    if (storage == nullptr || index < 0) return {};
+    typename Kind::Host element{};
     storage->for_each([&](const Element& entry) {
       if (index-- > 0) return true;
       element = Kind::hand_out(entry.*part);

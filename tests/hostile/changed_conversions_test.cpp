@@ -55,6 +55,16 @@ TEST_P(ChangedInsideAConversion, an_export_is_given_up_when_each_array_made_adds
   EXPECT_EQ(standin::upper_bound(keys_of(container).get()), next - 1);
 }
 
+TEST_P(ChangedInsideAConversion, an_export_asks_once_for_an_array_that_is_refused) {
+  const Container container = make_with(3);
+  host().faults().answer_null_at(array_maker, 1, Faults::Repeat::from_there_on);
+  host().calls().reset();
+  EXPECT_FALSE(keys_of(container));
+  EXPECT_EQ(host().calls().of(array_maker), 1U);
+  host().faults().clear();
+  expect_whole(container, 3);
+}
+
 TEST_P(ChangedInsideAConversion, an_export_inside_an_export_makes_the_arrays_for_both) {
   const Container container = make_with(3);
   ArrayRef inner;

@@ -22,9 +22,11 @@ _REGIONS = [
 ]
 # What no test of behaviour can see: hints to the compiler and the processor.
 _HINTS = re.compile(r"\bprefetch\w*\(|ahead\b|\bunpredictable\b|cached_elements")
+# What only the diagnostic build asks.
+_DIAGNOSTIC = re.compile(r"\bChecks::may_|\bmay_use\(")
 _LITERAL_PIN = re.compile(r"^\s*(PIN|static_assert)\(")
 # Evaluated by the compiler alone, so it cannot be switched when it runs.
-_COMPILE_TIME = re.compile(r"host/(declarations|fixed_string)\.h$")
+_COMPILE_TIME = re.compile(r"host/(declarations\.h|fixed_string\.h|binary_interface_layout\.cpp)$")
 _ROW = re.compile(r"^ +(?:Method|Property|ContainerClass)<.*,$", re.M)
 _ROUTINE = re.compile(r"&(\w+)<C>::(\w+)(?=>,$)", re.M)
 
@@ -93,7 +95,8 @@ def _row_changes(source):
 
 
 def _is_without_effect(lines, path):
-    return path.endswith("keys/hints.h") or _HINTS.search(lines) or _LITERAL_PIN.match(lines)
+    return (path.endswith("keys/hints.h") or _HINTS.search(lines) or _DIAGNOSTIC.search(lines)
+            or _LITERAL_PIN.match(lines))
 
 
 def _region(path, function):

@@ -105,6 +105,15 @@ TEST_F(ArrayFallback, a_null_place_reads_nothing) {
   EXPECT_EQ(standin::lock_count(variant.get()), 2U);
 }
 
+TEST_F(ArrayFallback, an_integer_out_of_range_reads_as_0) {
+  const auto array = standin::ArrayRef::adopt(REALCreateArrayInteger(1));
+  for (const std::int32_t index : {-1, 2}) {
+    std::int32_t read = 5;
+    REALGetArrayValue(array.get(), index, &read);
+    EXPECT_EQ(read, 0) << index;
+  }
+}
+
 TEST_F(ArrayFallback, nothing_is_written_out_of_range) {
   const auto integers = standin::ArrayRef::adopt(REALCreateArrayInteger(1));
   const auto strings = standin::ArrayRef::adopt(REALCreateArrayString(1));

@@ -346,6 +346,13 @@ TEST(HashedStorageInUse,
   EXPECT_TRUE(check(set));
 }
 
+TEST(HashedStorageInUse, removes_no_range_that_ends_before_it_begins) {
+  HashedSet set;
+  for (std::int32_t number = 0; number < 10; ++number) set.insert_unique(CallingKey(number));
+  set.erase(set.find(CallingKey(7)), set.find(CallingKey(3)));
+  EXPECT_EQ(set.size(), 10U);
+}
+
 TEST(HashedStorageInUse, removes_nothing_from_the_end_on) {
   HashedSet set;
   set.insert_unique(CallingKey(1));
