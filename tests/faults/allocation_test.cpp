@@ -109,7 +109,7 @@ TEST_P(Allocations, are_seen_by_the_test) {
   EXPECT_GE(plugin_heap::stop_failing(), sizeof(void*) == sizeof(std::uint32_t) ? 2U : 1U);
 }
 
-#ifndef ZRB_LEAK_SANITIZER  // a sanitizer's malloc is not replaced
+#ifndef ZRB_HAS_ADDRESS_SANITIZER  // a sanitizer's malloc is not replaced
 class CopiesOfText : public support::ClassTest {};
 ZRB_FOR_CLASSES(CopiesOfText, support::classes_with_key(support::ElementType::string));
 

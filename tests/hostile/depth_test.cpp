@@ -19,7 +19,7 @@ using support::Iterator;
 // Strings and variants as values: one object serves for all of a million elements. As keys each is
 // an object of its own, which takes its time; there a hundred thousand must do, still far more than
 // the stack has room for. Under the sanitizers, where all takes ten times as long, each is a tenth.
-#ifdef ZRB_LEAK_SANITIZER
+#ifdef ZRB_HAS_ADDRESS_SANITIZER
 constexpr std::int32_t million = 100000;
 constexpr std::int32_t keys_in_the_host = 10000;
 #else

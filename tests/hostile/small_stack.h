@@ -10,7 +10,7 @@
 namespace hostile {
 
 /// The sanitizers' frames are several times as large, and so is the stack there.
-#ifdef ZRB_LEAK_SANITIZER
+#ifdef ZRB_HAS_ADDRESS_SANITIZER
 inline constexpr std::size_t small_stack = 256 * 1024;
 #else
 inline constexpr std::size_t small_stack = 64 * 1024;

@@ -9,7 +9,7 @@ namespace {
 using standin::HandleKind;
 using standin::HandleReport;
 
-#ifdef ZRB_LEAK_SANITIZER
+#ifdef ZRB_HAS_ADDRESS_SANITIZER
 constexpr bool leaks_are_sought = true;
 #else
 constexpr bool leaks_are_sought = false;
