@@ -13,7 +13,9 @@ template <class C>
 struct ContainerObject {
   /// Gives the instance empty storage. A second call replaces the storage and leaves the former
   /// one unreleased: a constructor does not look at what is there.
-  [[gnu::cold]] static void theMapConstructor(REALobject instance) { install_fresh_storage<C>(instance); }
+  [[gnu::cold]] static void theMapConstructor(REALobject instance) {
+    install_fresh_storage<C>(instance);
+  }
 
   /// Called by the host when the instance dies; an instance without storage is fine. O(n).
   [[gnu::cold]] static void theMapDestructor(REALobject instance) {
