@@ -15,7 +15,8 @@ inline bool unpredictable(bool condition) {
 }
 
 /// For functions that only prefetch: gcc takes a call of one for a call without effect, and drops
-/// it before it is inlined.
+/// it before it is inlined. Without optimisation there is no such call to lose, and one copy of the
+/// function can be stepped through and counted.
 #if defined(__GNUC__) && defined(__OPTIMIZE__)
 #define ZRB_ALWAYS_INLINE [[gnu::always_inline]] inline
 #else

@@ -10,9 +10,10 @@
 #include <type_traits>
 
 struct ZrbMutants {
-  int chosen;  // from the environment: ZRB_MUTANT
-  unsigned char*
-      reach;  // from ZRB_MUTANT_REACH, a file: a byte for each mutant, set when it is asked
+  // From the environment: ZRB_MUTANT.
+  int chosen;
+  // From ZRB_MUTANT_REACH, a file: a byte for each mutant, set when it is asked.
+  unsigned char* reach;
 };
 
 // Read at the first question: a plugin does nothing before the host calls it.

@@ -18,8 +18,7 @@ from dataclasses import dataclass, field
 
 FAST = ["storage_test", "host_binding_test", "golden_test", "abi_test", "laws_test",
         "conversion_laws_test", "lock_laws_test", "faults_test", "exhausted_nodes_test",
-        "model_test",
-        "hostile_host_test"]
+        "model_test", "hostile_host_test"]
 THOROUGH = FAST + ["missing_services_test", "every_routine_test", "reentrancy_test",
                    "allocation_test"]
 LINKS_PLUGIN_FILES = {"keys": "storage_test", "host": "host_binding_test"}
