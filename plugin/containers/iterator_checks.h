@@ -1,7 +1,7 @@
 // What the diagnostic build asks before an iterator is used, and what it writes down.
 //
-// Each `may_...` tells whether the use is right, and raises when it is not: no other build asks. The
-// `note_...` do nothing in any other.
+// Each `may_...` tells whether the use is right, and raises when it is not: no other build asks.
+// The `note_...` do nothing in any other.
 #ifndef ZRB_PLUGIN_CONTAINERS_ITERATOR_CHECKS_H
 #define ZRB_PLUGIN_CONTAINERS_ITERATOR_CHECKS_H
 
