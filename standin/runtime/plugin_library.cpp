@@ -1,5 +1,5 @@
-// The dynamic loader hands out a library that it has already loaded, so each load gets a file of
-// its own.
+// The dynamic loader hands out a library that it has already loaded, variables and all. So a file
+// that is loaded already is loaded from a copy.
 #include "runtime/plugin_library.h"
 
 #include <dlfcn.h>
@@ -10,7 +10,9 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <system_error>
+#include <utility>
 
 #include "runtime/address_sanitizer.h"
 #include "runtime/host.h"
@@ -29,8 +31,6 @@ constexpr int pointer_bits = static_cast<int>(sizeof(void*) * 8);
 class TemporaryCopy {
  public:
   explicit TemporaryCopy(const std::string& original) {
-    std::ifstream in(original, std::ios::binary);
-    if (!in) fail(original, std::string(std::strerror(errno)) + "; build it, or name another file");
     path_ = (std::filesystem::temp_directory_path() / "plugin-XXXXXX").string();
     const int file = ::mkstemp(path_.data());
     if (file < 0) {
@@ -38,14 +38,14 @@ class TemporaryCopy {
                          "; make room there, or set TMPDIR to another folder");
     }
     ::close(file);
-    // The kernel copies; a plugin with debug information is large, and tests load it for each case.
+    // The kernel copies; a plugin with debug information is large.
     std::error_code failure;
     std::filesystem::copy_file(original, path_, std::filesystem::copy_options::overwrite_existing,
                                failure);
     if (failure) {
       ::unlink(path_.c_str());
       fail(original, "it cannot be copied to " + path_ + ": " + failure.message() +
-                         "; is it a plugin file, and is there room for a copy?");
+                         "; is there room for a copy?");
     }
   }
   ~TemporaryCopy() { ::unlink(path_.c_str()); }
@@ -58,27 +58,57 @@ class TemporaryCopy {
   std::string path_;
 };
 
-// The loader names the copy, which means nothing to whoever reads the message.
-std::string loader_error(const std::string& copy, const std::string& original) {
+// The loader names the file as it was given to it, which can be a copy that means nothing to
+// whoever reads the message.
+std::string loader_error(const std::string& loaded, const std::string& original) {
   std::string text = ::dlerror();
-  for (std::size_t at = text.find(copy); at != text.npos; at = text.find(copy)) {
-    text.replace(at, copy.size(), original);
+  for (std::size_t at = text.find(loaded); at != text.npos;
+       at = text.find(loaded, at + original.size())) {
+    text.replace(at, loaded.size(), original);
   }
   return text;
 }
+
+// An error number; 0 when the file can be read.
+int reading_error(const std::string& path) {
+  errno = 0;
+  const std::ifstream in(path, std::ios::binary);
+  return in ? 0 : errno;
+}
+
+bool is_loaded(const std::string& path) {
+  void* const handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+  if (handle != nullptr) ::dlclose(handle);
+  return handle != nullptr;
+}
+
+#ifdef ZRB_HAS_ADDRESS_SANITIZER
+// Reports name what is in loaded libraries only, and leaks are reported when the process ends: the
+// library that was closed last stays until the next one is opened, which takes its place.
+void* closed_last = nullptr;
+#endif
 
 }  // namespace
 
 PluginLibrary open_plugin(const std::string& path) {
   if (std::filesystem::is_directory(path))
     fail(path, "that is a folder; name the plugin file in it");
-  const TemporaryCopy copy(path);
-  if (is_cut_short(copy.path())) {
-    fail(path, "the file ends too early; copy or build it again");
-  }
-  void* handle = ::dlopen(copy.path().c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (std::filesystem::is_other(path))
+    fail(path, "that is a device or a pipe; name a plugin file");
+  if (const int error = reading_error(path); error != 0)
+    fail(path, std::string(std::strerror(error)) + "; build it, or name another file");
+  if (is_cut_short(path)) fail(path, "the file ends too early; copy or build it again");
+#ifdef ZRB_HAS_ADDRESS_SANITIZER
+  if (void* const closed = std::exchange(closed_last, nullptr); closed != nullptr)
+    ::dlclose(closed);
+#endif
+  // The loader looks for a name without a folder in folders of its own.
+  std::string file = std::filesystem::absolute(path).string();
+  std::optional<TemporaryCopy> copy;
+  if (is_loaded(file)) file = copy.emplace(path).path();
+  void* handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle == nullptr) {
-    fail(path, loader_error(copy.path(), path) + "; a " + std::to_string(pointer_bits) +
+    fail(path, loader_error(file, path) + "; a " + std::to_string(pointer_bits) +
                    "-bit shared library with the entry REALPluginMain is needed");
   }
   void* plugin_main = ::dlsym(handle, "REALPluginMain");
@@ -89,10 +119,12 @@ PluginLibrary open_plugin(const std::string& path) {
   return {handle, reinterpret_cast<PluginMainFunction>(plugin_main)};
 }
 
-void close_plugin([[maybe_unused]] void* handle) {
-#ifndef ZRB_HAS_ADDRESS_SANITIZER
-  ::dlclose(handle);
+void close_plugin(void* handle) {
+#ifdef ZRB_HAS_ADDRESS_SANITIZER
+  handle = std::exchange(closed_last, handle);
+  if (handle == nullptr) return;
 #endif
+  ::dlclose(handle);
 }
 
 }  // namespace standin

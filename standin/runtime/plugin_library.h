@@ -13,11 +13,11 @@ struct PluginLibrary {
   PluginMainFunction plugin_main;
 };
 
-// Loads a copy of the file, so that loading it again gives a plugin whose variables are as new.
+// Loads the file, or a copy of it when it is loaded already: the plugin's variables are as new.
 // Throws PluginLoadError.
 PluginLibrary open_plugin(const std::string& path);
 
-// Under AddressSanitizer libraries stay loaded, or its reports could not name what is in them.
+// Under AddressSanitizer the library stays loaded until the next one is opened.
 void close_plugin(void* handle);
 
 }  // namespace standin

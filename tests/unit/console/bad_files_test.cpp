@@ -74,7 +74,7 @@ TEST_F(BadFile, a_text_as_plugin) {
   expect_no_plugin("good.rbs", "-bit shared library with the entry REALPluginMain is needed\n");
   write("empty.so", "");
   expect_no_plugin("empty.so", "empty.so");
-  expect_no_plugin("/dev/null", "is it a plugin file");
+  expect_no_plugin("/dev/null", "that is a device or a pipe; name a plugin file\n");
 }
 
 TEST_F(BadFile, an_executable_as_plugin) {
