@@ -80,10 +80,12 @@ struct PositionalAccess {
       if (values.get() == nullptr) return true;
     }
     if (storage->changes() != changes_before) return false;
+    ArrayWriter<typename Key::Host> key_writer(keys.get());
+    [[maybe_unused]] ArrayWriter<typename Value::Host> value_writer(values.get());
     std::int32_t index = 0;
     const bool complete = storage->for_each([&](const Element& element) {
-      store<Key>(keys.get(), index, element.key);
-      if constexpr (C::is_map) store<Value>(values.get(), index, element.value);
+      store<Key>(key_writer, index, element.key);
+      if constexpr (C::is_map) store<Value>(value_writer, index, element.value);
       ++index;
       return true;
     });
@@ -94,23 +96,36 @@ struct PositionalAccess {
   }
 
   template <class Kind>
-  static void store(REALarray array, std::int32_t index, const typename Kind::Stored& element) {
+  static void store(ArrayWriter<typename Kind::Host>& writer, std::int32_t index,
+                    const typename Kind::Stored& element) {
     const typename Kind::Stored held(element);
-    REALSetArrayValue(array, index, Kind::lend(held));
+    writer.set(index, Kind::lend(held));
   }
 
   template <class Kind, class Part>
   static typename Kind::Host at(REALobject instance, std::int32_t index,
                                 REALarray ContainerData<C>::*cache, Part Element::*part) {
-    LockedObject held_instance;
-    if ((container_data<C>(instance).*cache) == nullptr) held_instance = BuildArrays(instance);
+    if (REALarray array = container_data<C>(instance).*cache; array != nullptr) [[likely]]
+      return element_of<Kind>(array, index);
+    return at_in_new_array<Kind>(instance, index, cache, part);
+  }
+
+  template <class Kind>
+  static typename Kind::Host element_of(REALarray array, std::int32_t index) {
     typename Kind::Host element{};
-    if (REALarray array = container_data<C>(instance).*cache; array != nullptr) {
-      REALGetArrayValue(array, index, &element);
-    } else if constexpr (C::is_map) {
-      element = count_out<Kind>(instance, index, part);
-    }
+    REALGetArrayValue(array, index, &element);
     return element;
+  }
+
+  template <class Kind, class Part>
+  [[gnu::cold]] static typename Kind::Host at_in_new_array(REALobject instance, std::int32_t index,
+                                                           REALarray ContainerData<C>::*cache,
+                                                           Part Element::*part) {
+    const LockedObject held_instance = BuildArrays(instance);
+    if (REALarray array = container_data<C>(instance).*cache; array != nullptr)
+      return element_of<Kind>(array, index);
+    if constexpr (C::is_map) return count_out<Kind>(instance, index, part);
+    return {};
   }
 
   template <class Kind, class Part>

@@ -102,11 +102,6 @@ void get_element(Finder& find_procedure, REALarray array, std::int32_t index, El
 }
 
 template <class Finder, class Element>
-void set_element(Finder& find_procedure, REALarray array, std::int32_t index, Element value) {
-  if (const auto set = find_procedure(array); set != nullptr) set(array, value, index);
-}
-
-template <class Finder, class Element>
 void insert_element(Finder& find_procedure, REALarray array, std::int32_t index, Element value) {
   if (const auto insert = find_procedure(array); insert != nullptr) insert(array, index, value);
 }
@@ -123,14 +118,17 @@ void REALGetArrayValue(REALarray array, std::int32_t index, REALobject* value) {
   get_element(REALGetArrayValueObject, array, index, value);
 }
 
-void REALSetArrayValue(REALarray array, std::int32_t index, std::int32_t value) {
-  set_element(REALSetArrayValueInt32, array, index, value);
+template <>
+SetProcedure<std::int32_t> ArrayWriter<std::int32_t>::find_procedure(REALarray array) {
+  return REALSetArrayValueInt32(array);
 }
-void REALSetArrayValue(REALarray array, std::int32_t index, REALstring value) {
-  set_element(REALSetArrayValueString, array, index, value);
+template <>
+SetProcedure<REALstring> ArrayWriter<REALstring>::find_procedure(REALarray array) {
+  return REALSetArrayValueString(array);
 }
-void REALSetArrayValue(REALarray array, std::int32_t index, REALobject value) {
-  set_element(REALSetArrayValueObject, array, index, value);
+template <>
+SetProcedure<REALobject> ArrayWriter<REALobject>::find_procedure(REALarray array) {
+  return REALSetArrayValueObject(array);
 }
 
 void REALInsertArrayValue(REALarray array, std::int32_t index, std::int32_t value) {

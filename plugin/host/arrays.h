@@ -28,10 +28,34 @@ void REALGetArrayValue(REALarray array, std::int32_t index, std::int32_t* value)
 void REALGetArrayValue(REALarray array, std::int32_t index, REALstring* value);
 void REALGetArrayValue(REALarray array, std::int32_t index, REALobject* value);
 
-/// Replaces element `index`; the array takes a lock of its own on a string or object. O(1).
-void REALSetArrayValue(REALarray array, std::int32_t index, std::int32_t value);
-void REALSetArrayValue(REALarray array, std::int32_t index, REALstring value);
-void REALSetArrayValue(REALarray array, std::int32_t index, REALobject value);
+/// Writes elements of one array, which must live as long. The host is asked once for the array's
+/// procedure, with the first element; again only if it named none.
+template <class Element>
+class ArrayWriter {
+ public:
+  explicit ArrayWriter(REALarray array) : array_(array) {}
+
+  /// Replaces element `index`; the array takes a lock of its own on a string or object. Nothing
+  /// happens when the host names no procedure. O(1).
+  void set(std::int32_t index, Element value) {
+    if (set_ == nullptr) set_ = find_procedure(array_);
+    if (set_ != nullptr) set_(array_, value, index);
+  }
+
+ private:
+  using Procedure = void (*)(REALarray, Element value, std::int32_t index);
+  static Procedure find_procedure(REALarray array);
+
+  REALarray array_;
+  Procedure set_ = nullptr;
+};
+
+template <>
+ArrayWriter<std::int32_t>::Procedure ArrayWriter<std::int32_t>::find_procedure(REALarray array);
+template <>
+ArrayWriter<REALstring>::Procedure ArrayWriter<REALstring>::find_procedure(REALarray array);
+template <>
+ArrayWriter<REALobject>::Procedure ArrayWriter<REALobject>::find_procedure(REALarray array);
 
 /// Inserts before element `index`; what stood there and behind moves up by one.
 void REALInsertArrayValue(REALarray array, std::int32_t index, std::int32_t value);

@@ -59,9 +59,11 @@ class DeclarationWriter {
   }
 };
 
-/// The text of a declaration template for one container class, NUL-terminated.
+/// The text of a declaration template for one container class, NUL-terminated. Classes with the
+/// same text share it.
 template <class Container, FixedString Template>
-inline constexpr auto declaration_text = DeclarationWriter<Container>::template write<
-    DeclarationWriter<Container>::length(Template.view())>(Template.view());
+inline constexpr const char* declaration_text =
+    text_constant<DeclarationWriter<Container>::template write<
+        DeclarationWriter<Container>::length(Template.view())>(Template.view())>.text;
 
 #endif

@@ -50,7 +50,7 @@ struct MethodTable<Container, Rows<Method<Template, Routine, Setter>...>> {
   static constexpr std::int32_t count = sizeof...(Routine);
   static inline REALmethodDefinition records[] = {
       {reinterpret_cast<void*>(Routine), reinterpret_cast<void*>(Setter),
-       declaration_text<Container, Template>.text, flags}...};
+       declaration_text<Container, Template>, flags}...};
 };
 
 template <class List>

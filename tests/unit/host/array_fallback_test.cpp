@@ -31,9 +31,14 @@ class ArrayFallback : public testing::Test {
   standin::Host host_{without_procedures()};
 };
 
+template <class Element>
+void set_element(REALarray array, std::int32_t index, Element value) {
+  ArrayWriter<Element>(array).set(index, value);
+}
+
 TEST_F(ArrayFallback, integers_are_read_and_written) {
   const auto array = standin::ArrayRef::adopt(REALCreateArrayInteger(2));
-  REALSetArrayValue(array.get(), 1, -7);
+  set_element(array.get(), 1, -7);
   std::int32_t read = 5;
   REALGetArrayValue(array.get(), 1, &read);
   EXPECT_EQ(read, -7);
@@ -43,7 +48,7 @@ TEST_F(ArrayFallback, integers_are_read_and_written) {
 TEST_F(ArrayFallback, a_string_read_has_one_more_lock_for_the_caller) {
   const auto array = standin::ArrayRef::adopt(REALCreateArrayString(0));
   const StringRef text = standin::make_string("text", host_encoding::utf8);
-  REALSetArrayValue(array.get(), 0, text.get());
+  set_element(array.get(), 0, text.get());
   EXPECT_EQ(standin::lock_count(text.get()), 2U) << "the array's and the test's";
   REALstring read = nullptr;
   REALGetArrayValue(array.get(), 0, &read);
@@ -55,7 +60,7 @@ TEST_F(ArrayFallback, a_string_read_has_one_more_lock_for_the_caller) {
 TEST_F(ArrayFallback, an_object_read_has_one_more_lock_for_the_caller) {
   const auto array = standin::ArrayRef::adopt(REALCreateArrayObject(0));
   const ObjectRef variant = standin::variant_from_integer(5);
-  REALSetArrayValue(array.get(), 0, variant.get());
+  set_element(array.get(), 0, variant.get());
   EXPECT_EQ(standin::lock_count(variant.get()), 2U) << "the array's and the test's";
   REALobject read = nullptr;
   REALGetArrayValue(array.get(), 0, &read);
@@ -67,8 +72,8 @@ TEST_F(ArrayFallback, an_object_read_has_one_more_lock_for_the_caller) {
 TEST_F(ArrayFallback, nil_is_read_and_written) {
   const auto array = standin::ArrayRef::adopt(REALCreateArrayObject(0));
   const ObjectRef variant = standin::variant_from_integer(5);
-  REALSetArrayValue(array.get(), 0, variant.get());
-  REALSetArrayValue(array.get(), 0, REALobject{nullptr});
+  set_element(array.get(), 0, variant.get());
+  set_element(array.get(), 0, REALobject{nullptr});
   EXPECT_EQ(standin::lock_count(variant.get()), 1U);
   REALobject read = variant.get();
   REALGetArrayValue(array.get(), 0, &read);
@@ -79,10 +84,10 @@ TEST_F(ArrayFallback, nil_is_read_and_written) {
 TEST_F(ArrayFallback, an_element_set_to_itself_survives) {
   const auto strings = standin::ArrayRef::adopt(REALCreateArrayString(0));
   const auto objects = standin::ArrayRef::adopt(REALCreateArrayObject(0));
-  REALSetArrayValue(strings.get(), 0, standin::make_string("text", host_encoding::utf8).get());
-  REALSetArrayValue(objects.get(), 0, standin::variant_from_integer(5).get());
-  REALSetArrayValue(strings.get(), 0, standin::string_at(strings.get(), 0));
-  REALSetArrayValue(objects.get(), 0, standin::object_at(objects.get(), 0));
+  set_element(strings.get(), 0, standin::make_string("text", host_encoding::utf8).get());
+  set_element(objects.get(), 0, standin::variant_from_integer(5).get());
+  set_element(strings.get(), 0, standin::string_at(strings.get(), 0));
+  set_element(objects.get(), 0, standin::object_at(objects.get(), 0));
   EXPECT_EQ(standin::lock_count(standin::string_at(strings.get(), 0)), 1U);
   EXPECT_EQ(standin::bytes(standin::string_at(strings.get(), 0)), "text");
   EXPECT_EQ(standin::lock_count(standin::object_at(objects.get(), 0)), 1U);
@@ -100,7 +105,7 @@ TEST_F(ArrayFallback, nothing_is_inserted) {
 TEST_F(ArrayFallback, a_null_place_reads_nothing) {
   const auto array = standin::ArrayRef::adopt(REALCreateArrayObject(0));
   const ObjectRef variant = standin::variant_from_integer(5);
-  REALSetArrayValue(array.get(), 0, variant.get());
+  set_element(array.get(), 0, variant.get());
   REALGetArrayValue(array.get(), 0, static_cast<REALobject*>(nullptr));
   EXPECT_EQ(standin::lock_count(variant.get()), 2U);
 }
@@ -119,8 +124,8 @@ TEST_F(ArrayFallback, nothing_is_written_out_of_range) {
   const auto strings = standin::ArrayRef::adopt(REALCreateArrayString(1));
   const StringRef text = standin::make_string("text", host_encoding::utf8);
   for (const std::int32_t index : {-1, 2}) {
-    REALSetArrayValue(integers.get(), index, 5);
-    REALSetArrayValue(strings.get(), index, text.get());
+    set_element(integers.get(), index, 5);
+    set_element(strings.get(), index, text.get());
   }
   EXPECT_EQ(standin::integer_at(integers.get(), 0), 0);
   EXPECT_EQ(standin::integer_at(integers.get(), 1), 0);
