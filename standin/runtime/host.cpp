@@ -150,7 +150,8 @@ void Host::load_plugin(const std::string& path) {
   start(library.plugin_main, path);
 }
 
-void Host::start_plugin(PluginMainFunction plugin_main) {
+void Host::start_plugin(const PluginLibrary& library, PluginMainFunction plugin_main) {
+  libraries_.push_back(library.handle);
   start(plugin_main, "in this program");
 }
 

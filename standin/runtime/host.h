@@ -44,6 +44,8 @@ class PluginLoadError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+struct PluginLibrary;
+
 // Entry points are plain functions, so there is one host at a time (std::logic_error otherwise).
 // Handles should be gone before their host is.
 class Host {
@@ -59,11 +61,12 @@ class Host {
 
   const HostOptions& options() const { return options_; }
 
-  // Loads a fresh copy, whose variables are as new, and runs its `REALPluginMain`. Throws
+  // Loads the plugin, whose variables are as new, and runs its `REALPluginMain`. Throws
   // PluginLoadError. A C++ exception of the plugin's start passes through.
   void load_plugin(const std::string& path);
-  // The same for a plugin that is linked into the program.
-  void start_plugin(PluginMainFunction plugin_main);
+  // The same for a library that is loaded, and is closed with the host; `plugin_main` may be a
+  // function of the caller's that calls the plugin's.
+  void start_plugin(const PluginLibrary& library, PluginMainFunction plugin_main);
 
   // For tests that register classes through `resolve("PluginRegisterClass")` themselves: binds what
   // was registered since. Throws PluginLoadError.

@@ -32,21 +32,20 @@ std::int32_t start(HostResolver resolver) {
   return plugin_main(&resolve);
 }
 
-// Never closed: the class records that a host keeps lie in it.
-PluginMainFunction fresh_plugin() {
-  return standin::open_plugin(ZRB_PLUGIN_PATH).plugin_main;
-}
-
 }  // namespace
 
 void load_with_lies(standin::Host& host, const Lies& lies) {
   told = lies;
-  plugin_main = fresh_plugin();
-  host.start_plugin(&start);
+  const standin::PluginLibrary library = standin::open_plugin(ZRB_PLUGIN_PATH);
+  plugin_main = library.plugin_main;
+  host.start_plugin(library, &start);
 }
 
 std::int32_t start_with_resolver(HostResolver resolver) {
-  return fresh_plugin()(resolver);
+  const standin::PluginLibrary library = standin::open_plugin(ZRB_PLUGIN_PATH);
+  const std::int32_t result = library.plugin_main(resolver);
+  standin::close_plugin(library.handle);
+  return result;
 }
 
 }  // namespace hostile
