@@ -1,5 +1,6 @@
 // The bytes of a string where the host has no string data service.
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <cstring>
 #include <string>
@@ -61,6 +62,7 @@ TEST_F(StringDataFallback, bytes_as_stored_go_into_a_buffer_of_the_length_announ
     EXPECT_EQ(record_.length, 2U);
     EXPECT_EQ(record_.encoding, host_encoding::as_stored);
     EXPECT_EQ(bytes_and_word(), "\xE9t\0\0\0\0"sv);
+    EXPECT_GE(malloc_usable_size(record_.data), announced + 4);
   }
 }
 

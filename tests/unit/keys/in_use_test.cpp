@@ -109,6 +109,14 @@ class StorageInUse : public testing::Test {
   static void add(Set& set, std::int32_t count) {
     for (std::int32_t number = 0; number < count; ++number) set.insert_unique(CallingKey(number));
   }
+  // Those that `add` adds, and no others.
+  static void expect_first(Set& set, std::int32_t count) {
+    EXPECT_EQ(set.size(), static_cast<std::uint32_t>(count));
+    EXPECT_TRUE(check(set));
+    for (std::int32_t number = 0; number < count; ++number) {
+      EXPECT_EQ(set.count(CallingKey(number)), 1U) << number;
+    }
+  }
 
  private:
   std::function<void()> repeat_;
@@ -218,6 +226,41 @@ TYPED_TEST(StorageInUse, stops_a_walk_whose_visitor_removes_elements) {
   }));
   EXPECT_EQ(visits, 1);
   EXPECT_EQ(set.size(), 9U);
+}
+
+TYPED_TEST(StorageInUse, takes_a_walk_that_its_visitor_ends_for_complete) {
+  TypeParam set;
+  this->add(set, 10);
+  int visits = 0;
+  EXPECT_TRUE(set.for_each([&](const auto&) { return ++visits < 4; }));
+  EXPECT_EQ(visits, 4);
+}
+
+// The memory of what dies must not be given back or used again before it is dead.
+TYPED_TEST(StorageInUse, removes_at_a_position_what_replaces_all_others_as_it_dies) {
+  TypeParam set;
+  this->add(set, 10);
+  CallingKey::on_destruction = [&] {
+    set.clear();
+    this->add(set, 300);
+  };
+  set.erase(set.find(CallingKey(5)));
+  this->expect_first(set, 300);
+  this->add(set, 600);
+  this->expect_first(set, 600);
+}
+
+TYPED_TEST(StorageInUse, removes_a_range_that_replaces_all_others_as_it_dies) {
+  TypeParam set;
+  this->add(set, 10);
+  CallingKey::on_destruction = [&] {
+    set.clear();
+    this->add(set, 300);
+  };
+  set.erase(set.find(CallingKey(3)), set.find(CallingKey(7)));
+  this->expect_first(set, 300);
+  this->add(set, 600);
+  this->expect_first(set, 600);
 }
 
 TYPED_TEST(StorageInUse, adds_a_key_although_every_search_for_its_place_is_disturbed) {
