@@ -34,9 +34,15 @@ def read_options():
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), metavar="N")
     parser.add_argument("--list", action="store_true", help="print the mutants and run nothing")
     parser.add_argument("--again", action="store_true",
-                        help="only those that survived the last run")
+                        help="only those that survived the last run, with an explanation or without")
     parser.add_argument("--thorough", action="store_true",
                         help="also run the suites that put a fault into every host call")
+    parser.add_argument("--continue", dest="goes_on", action="store_true",
+                        help="only those that the last run did not come to, or that survived it; "
+                        "what it killed counts as before")
+    parser.add_argument("--budget", type=float, default=float("inf"), metavar="SECONDS",
+                        help="of tests against one mutant; who outlives them counts as a survivor, "
+                        "though a later test might have killed it (no limit)")
     parser.add_argument("--first", type=int, metavar="N", help="only the first N of what is chosen")
     return parser.parse_args()
 
@@ -100,6 +106,8 @@ class Run:
         self.texts = texts
         self.mutants = mutants
         self.results = []
+        if options.goes_on:
+            self.results = outcomes.settled_in(os.path.join(WORK, "results.tsv"), mutants)
         self._lock = threading.Lock()
         self._alone = None  # where mutants are built alone
         self._explanations = outcomes.Explanations(os.path.join(HERE, "equivalent.txt"))
@@ -117,9 +125,14 @@ class Run:
         measured = time.monotonic()
 
         waiting = queue.Queue()
+        settled = {result.mutant.number for result in self.results}
         for mutant in sorted(self.mutants, key=lambda mutant: mutant.alone):
+            if mutant.number in settled:
+                continue
             if mutant.number in refused:
                 self._add(Result(mutant, REFUSED))
+            elif self._explanations.of(mutant) and not self.options.again:
+                self._add(Result(mutant, EQUIVALENT))
             else:
                 waiting.put(mutant)
         self._plugin = switched.plugin
@@ -161,12 +174,15 @@ class Run:
                 if not self._build_alone(mutant, sandbox, executables):
                     return Result(mutant, REFUSED)
                 # The folder is the next one's as soon as the lock goes.
-                killer = tests.run_mutant(mutant, self._suites, sandbox, executables)
+                killer = self._killer(mutant, sandbox, executables)
         else:
             sandbox.use_plugin(self._plugin)
-            killer = tests.run_mutant(mutant, self._suites, sandbox, executables)
+            killer = self._killer(mutant, sandbox, executables)
         outcome = KILLED if killer else (EQUIVALENT if self._explanations.of(mutant) else SURVIVED)
         return Result(mutant, outcome, killer or "", time.monotonic() - begin)
+
+    def _killer(self, mutant, sandbox, executables):
+        return tests.run_mutant(mutant, self._suites, sandbox, executables, self.options.budget)
 
     def _build_alone(self, mutant, sandbox, executables):
         if self._alone is None:

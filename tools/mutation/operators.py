@@ -115,6 +115,8 @@ def statement_changes(source, function):
                 continue
             if source.code[first.end:second.start].strip():
                 continue  # a block lies between them
+            if not _names(first.text) & _names(second.text):
+                continue  # neither can tell when the other happens
             text = source.text
             yield Change("order", first.start, second.end,
                          text[second.start:second.end] + text[first.end:second.start]
@@ -128,6 +130,10 @@ def statement_changes(source, function):
         end = _end_of_statement(code, start)
         if code[start:end] not in ("true", "false", "nullptr", "0", "{}"):
             yield Change("result", start, end, "{}")
+
+
+def _names(text):
+    return set(re.findall(r"[A-Za-z_]\w*", text))
 
 
 def _end_of_statement(code, position):

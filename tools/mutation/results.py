@@ -61,12 +61,27 @@ def write(path, results):
                 f"{result.seconds:.1f}"]).replace("\n", " ") + "\n")
 
 
+def _rows(path):
+    with open(path, encoding="utf-8") as file:
+        return [dict(zip(_COLUMNS, line.rstrip("\n").split("\t"))) for line in file][1:]
+
+
+def _key(row):
+    return row["file"], row["function"], row["before"], row["after"]
+
+
 def survivors_in(path):
     """The keys of the mutants that survived an earlier run."""
-    with open(path, encoding="utf-8") as file:
-        rows = [dict(zip(_COLUMNS, line.rstrip("\n").split("\t"))) for line in file][1:]
-    return {(row["file"], row["function"], row["before"], row["after"]) for row in rows
-            if row["outcome"] in (SURVIVED, EQUIVALENT)}
+    return {_key(row) for row in _rows(path) if row["outcome"] in (SURVIVED, EQUIVALENT)}
+
+
+def settled_in(path, mutants):
+    """The results of those mutants that an earlier run killed."""
+    killed = {(*_key(row), int(row["line"])): row for row in _rows(path)
+              if row["outcome"] == KILLED}
+    found = [(mutant, killed.get((*mutant.key, mutant.line))) for mutant in mutants]
+    return [Result(mutant, KILLED, row["killer"], float(row["seconds"]))
+            for mutant, row in found if row is not None]
 
 
 def table(title, results, label):

@@ -165,9 +165,12 @@ class Suites:
                        if mutant.alone or mutant.number in group.reach), key=promise)
 
 
-def run_mutant(mutant, suites, sandbox, executables):
-    """What killed the mutant, or None."""
+def run_mutant(mutant, suites, sandbox, executables, budget):
+    """What killed the mutant, or None; no group is begun after `budget` seconds."""
+    end = time.monotonic() + budget
     for group in suites.against(mutant):
+        if time.monotonic() > end:
+            return None
         killer = sandbox.run(executables[group.program], group.pattern, group.timeout,
                              {"ZRB_MUTANT": str(mutant.number)})
         if killer is not None:
