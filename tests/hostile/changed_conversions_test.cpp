@@ -110,6 +110,16 @@ TEST_P(ChangedInsideAConversion, an_export_has_nothing_of_what_was_cleared_meanw
   expect_empty_export(container);
 }
 
+TEST_P(ChangedInsideAConversion, an_export_has_no_key_that_was_removed_meanwhile) {
+  const Container container = make_with(3);
+  at_second_write([&] { container.remove(key(1)); });
+  const ArrayRef keys = keys_of(container);
+  host().faults().clear();
+  ASSERT_TRUE(keys);
+  EXPECT_EQ(support::described(container_class().key, keys.get()), container.described_keys());
+  expect_whole(container, 2);
+}
+
 TEST_P(ChangedInsideAConversion, an_export_ends_without_an_array_when_the_storage_is_destroyed) {
   const Container container = make_with(3);
   host().faults().call_at(array_maker, 1, [&] { destroy(container); });

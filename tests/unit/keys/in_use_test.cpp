@@ -122,6 +122,65 @@ class StorageInUse : public testing::Test {
   std::function<void()> repeat_;
 };
 
+/// Storage that tells when it is destroyed, and may throw then or when it is emptied.
+class Witness : public Usable {
+ public:
+  enum class Fails { never, emptied, destroyed };
+
+  Witness(bool& alive, Fails fails) : alive_(alive), fails_(fails) { alive_ = true; }
+  Witness(const Witness&) = delete;
+  Witness& operator=(const Witness&) = delete;
+  ~Witness() noexcept(false) {
+    alive_ = false;
+    if (fails_ == Fails::destroyed) throw 1;
+  }
+
+  void clear() const {
+    if (fails_ == Fails::emptied) throw 1;
+  }
+  void finish_work() {}
+
+ private:
+  bool& alive_;
+  Fails fails_;
+};
+
+TEST(StorageThatIsDestroyedInUse, lives_until_the_use_ends) {
+  bool alive = false;
+  auto* const storage = new Witness(alive, Witness::Fails::never);
+  {
+    const InUse use(*storage);
+    {
+      const InUse inner(*storage);
+      destroy_storage(storage);
+    }
+    EXPECT_TRUE(alive);
+  }
+  EXPECT_FALSE(alive);
+}
+
+TEST(StorageThatIsDestroyedInUse, is_destroyed_although_it_could_not_be_emptied) {
+  bool alive = false;
+  auto* const storage = new Witness(alive, Witness::Fails::emptied);
+  {
+    const InUse use(*storage);
+    EXPECT_THROW(destroy_storage(storage), int);
+    EXPECT_TRUE(alive);
+  }
+  EXPECT_FALSE(alive);
+}
+
+TEST(StorageThatIsDestroyedInUse, passes_on_what_its_destruction_throws) {
+  bool alive = false;
+  auto* const storage = new Witness(alive, Witness::Fails::destroyed);
+  const auto destroy_in_use = [&] {
+    const InUse use(*storage);
+    destroy_storage(storage);
+  };
+  EXPECT_THROW(destroy_in_use(), int);
+  EXPECT_FALSE(alive);
+}
+
 using Sets = testing::Types<HashedSet, OrderedSet>;
 TYPED_TEST_SUITE(StorageInUse, Sets);
 
@@ -140,6 +199,20 @@ TYPED_TEST(StorageInUse, destroys_what_a_search_removed_when_the_search_ends) {
     EXPECT_EQ(CallingKey::alive, 10);
   }
   EXPECT_TRUE(check(set));
+}
+
+TYPED_TEST(StorageInUse, destroys_what_was_removed_when_the_search_for_a_position_ends) {
+  TypeParam set;
+  this->add(set, 10);
+  int alive_in_search = 0;
+  CallingKey::on_comparison = [&] {
+    set.erase(CallingKey(5));
+    alive_in_search = CallingKey::alive;
+  };
+  const CallingKey key(5);
+  EXPECT_TRUE(set.find(key).is_end());
+  EXPECT_EQ(alive_in_search, 11);
+  EXPECT_EQ(CallingKey::alive, 10);
 }
 
 TYPED_TEST(StorageInUse, finds_a_key_that_the_search_itself_added) {
@@ -261,6 +334,18 @@ TYPED_TEST(StorageInUse, removes_a_range_that_replaces_all_others_as_it_dies) {
   this->expect_first(set, 300);
   this->add(set, 600);
   this->expect_first(set, 600);
+}
+
+TYPED_TEST(StorageInUse, uses_the_memory_of_what_it_removed_again) {
+  TypeParam set;
+  this->add(set, 10);
+  const void* const place = &set.find(CallingKey(5)).entry();
+  set.erase(CallingKey(5));
+  EXPECT_EQ(&set.insert_unique(CallingKey(1000)).entry, place);
+  set.erase(set.find(CallingKey(1000)));
+  EXPECT_EQ(&set.insert_unique(CallingKey(1001)).entry, place);
+  set.erase(set.find(CallingKey(1001)), set.end());
+  EXPECT_EQ(&set.insert_unique(CallingKey(1002)).entry, place);
 }
 
 TYPED_TEST(StorageInUse, adds_a_key_although_every_search_for_its_place_is_disturbed) {

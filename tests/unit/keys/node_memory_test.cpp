@@ -3,9 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <cstddef>
 #include <cstring>
 #include <set>
 #include <vector>
+
+#include "keys/node_blocks.h"
 
 namespace {
 
@@ -27,6 +31,67 @@ std::vector<NodeLink> allocate(NodeMemory& memory, std::uint32_t count) {
     write(links.back(), i);
   }
   return links;
+}
+
+/// Sizes in bytes of the next blocks, told by where nodes do not follow each other.
+std::vector<std::uint32_t> next_block_sizes(NodeMemory& memory, std::size_t count) {
+  std::vector<std::uint32_t> sizes;
+  const auto* previous = static_cast<const std::byte*>(node_at(memory.allocate()));
+  for (std::uint32_t nodes = 1; sizes.size() < count; ++nodes) {
+    const auto* const node = static_cast<const std::byte*>(node_at(memory.allocate()));
+    if (node != previous + memory.node_size()) {
+      sizes.push_back(std::bit_ceil(nodes * memory.node_size()));
+      nodes = 0;
+    }
+    previous = node;
+  }
+  return sizes;
+}
+
+const std::vector<std::uint32_t>
+    first_block_sizes = {128,  128,  256,  512,  1024, 2048,  // doubling
+                         4096, 4096, 4096, 4096, 4096, 4096, 4096, 4096, 4096,
+                         4096, 4096, 4096, 4096, 4096, 4096, 8192, 8192, 8192,
+                         8192, 8192, 8192, 8192, 8192, 16384};  // an eighth of what there is
+
+TEST(NodeMemory, takes_blocks_that_double_and_then_add_an_eighth) {
+  NodeMemory memory(node_size);
+  EXPECT_EQ(next_block_sizes(memory, first_block_sizes.size()), first_block_sizes);
+}
+
+TEST(NodeMemory, takes_no_block_larger_than_there_are) {
+  NodeMemory memory(64);
+  std::uint32_t largest = 0;
+  for (std::uint32_t bytes = 0; bytes < 40U << 20;) {
+    largest = next_block_sizes(memory, 1)[0];
+    ASSERT_LE(largest, largest_node_block);
+    bytes += largest;
+  }
+  EXPECT_EQ(largest, largest_node_block);
+}
+
+TEST(NodeMemory, takes_small_blocks_again_after_a_release) {
+  NodeMemory memory(node_size);
+  const auto links = allocate(memory, 20000);
+  memory.deallocate(links[5]);
+  memory.release_all();
+  EXPECT_EQ(next_block_sizes(memory, first_block_sizes.size()), first_block_sizes);
+}
+
+// Blocks of a 64-bit process come from the same region in the same order.
+TEST(NodeMemory, gives_its_blocks_back_when_it_is_released_and_when_it_dies) {
+  if (sizeof(void*) == sizeof(NodeLink))
+    GTEST_SKIP() << "where they lie is the heap's own business";
+  std::vector<NodeLink> first;
+  {
+    NodeMemory memory(node_size);
+    first = allocate(memory, 20000);
+  }
+  NodeMemory memory(node_size);
+  EXPECT_EQ(allocate(memory, 20000), first);
+  memory.release_all();
+  NodeMemory another(node_size);
+  EXPECT_EQ(allocate(another, 20000), first);
 }
 
 TEST(NodeMemory, gives_each_node_a_place_and_a_link_of_its_own) {

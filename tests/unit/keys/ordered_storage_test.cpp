@@ -156,7 +156,7 @@ TEST(OrderedStorage, removes_any_range) {
       IntegerSet set;
       for (std::int32_t key = 0; key < 20; ++key) set.insert_unique(key * 7 % 20);
       auto expected = keys_in_order(set);
-      set.erase(at(set, first), at(set, last));
+      EXPECT_EQ(set.erase(at(set, first), at(set, last)), last - first);
       expected.erase(expected.begin() + first, expected.begin() + last);
       ASSERT_EQ(keys_in_order(set), expected) << first << " to " << last;
       ASSERT_TRUE(OrderedStorageInspector::check(set));
