@@ -48,15 +48,18 @@ std::vector<std::uint32_t> next_block_sizes(NodeMemory& memory, std::size_t coun
   return sizes;
 }
 
-const std::vector<std::uint32_t>
-    first_block_sizes = {128,  128,  256,  512,  1024, 2048,  // doubling
-                         4096, 4096, 4096, 4096, 4096, 4096, 4096, 4096, 4096,
-                         4096, 4096, 4096, 4096, 4096, 4096, 8192, 8192, 8192,
-                         8192, 8192, 8192, 8192, 8192, 16384};  // an eighth of what there is
+std::vector<std::uint32_t> first_block_sizes() {
+  std::vector<std::uint32_t> sizes = {128, 128, 256, 512, 1024, 2048};  // as much as there is
+  sizes.insert(sizes.end(), 15, 4096);
+  sizes.insert(sizes.end(), 8, 8192);  // an eighth of what there is
+  sizes.push_back(16384);
+  return sizes;
+}
 
 TEST(NodeMemory, takes_blocks_that_double_and_then_add_an_eighth) {
   NodeMemory memory(node_size);
-  EXPECT_EQ(next_block_sizes(memory, first_block_sizes.size()), first_block_sizes);
+  const auto expected = first_block_sizes();
+  EXPECT_EQ(next_block_sizes(memory, expected.size()), expected);
 }
 
 TEST(NodeMemory, takes_no_block_larger_than_there_are) {
@@ -75,7 +78,8 @@ TEST(NodeMemory, takes_small_blocks_again_after_a_release) {
   const auto links = allocate(memory, 20000);
   memory.deallocate(links[5]);
   memory.release_all();
-  EXPECT_EQ(next_block_sizes(memory, first_block_sizes.size()), first_block_sizes);
+  const auto expected = first_block_sizes();
+  EXPECT_EQ(next_block_sizes(memory, expected.size()), expected);
 }
 
 // Blocks of a 64-bit process come from the same region in the same order.
