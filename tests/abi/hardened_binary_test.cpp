@@ -15,12 +15,6 @@ using ::testing::IsEmpty;
 
 class HardenedBinary : public ::testing::Test {
  protected:
-  void SetUp() override {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "a sanitizer's build has checks of its own, and starts with its own code";
-#endif
-  }
-
   const binary::ElfFile plugin{ZRB_PLUGIN_PATH};
 };
 

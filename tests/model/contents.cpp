@@ -88,9 +88,9 @@ Content odd_text_key(int index) {
 
 /// Texts and variants by turns, so that even few keys are of both.
 Content odd_mixed_key(int index) {
+  if (index % 2 != 0) return odd_text_key(index / 2);
   const auto row = static_cast<std::size_t>(index / 2);
-  if (index % 2 == 0 && row < odd_variants().size()) return odd_variant(row);
-  return odd_text_key(index % 2 == 0 ? index + static_cast<int>(odd_texts().size()) : index / 2);
+  return row < odd_variants().size() ? odd_variant(row) : integer(index);
 }
 
 Content key_content(Scheme scheme, int index, int count, std::mt19937& random) {

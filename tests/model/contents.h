@@ -68,7 +68,6 @@ support::Element make_element(support::ElementType type, const Content& content,
 bool is_nan(const Content& content);
 
 /// What an element holds, as a program prints it: an integer's digits, a string's text, a variant's
-/// type code and text.
 /// type code and text. Odd contents are shown by elements of theirs.
 std::string shown(support::ElementType type, const Content& content);
 std::string shown(const support::Element& element);

@@ -76,10 +76,13 @@ TEST(Contents, of_keys_are_distinct_and_ascend) {
   }
 }
 
-TEST(Contents, of_mixed_keys_are_distinct) {
-  const std::vector<Content> contents = model::keys(Scheme::mixed, 1000);
-  for (std::size_t i = 0; i < contents.size(); ++i) {
-    for (std::size_t j = 0; j < i; ++j) ASSERT_FALSE(contents[i] == contents[j]) << i << " " << j;
+TEST(Contents, of_mixed_and_of_odd_keys_are_distinct) {
+  for (const Scheme scheme : {Scheme::mixed, Scheme::odd_mixed, Scheme::odd_texts}) {
+    SCOPED_TRACE(model::name(scheme));
+    const std::vector<Content> contents = model::keys(scheme, 1000);
+    for (std::size_t i = 0; i < contents.size(); ++i) {
+      for (std::size_t j = 0; j < i; ++j) ASSERT_FALSE(contents[i] == contents[j]) << i << " " << j;
+    }
   }
 }
 
