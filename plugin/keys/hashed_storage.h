@@ -334,7 +334,7 @@ class HashedStorage : public Usable {
 
     // How many nodes there were.
     std::uint32_t destroy() {
-      if (first_ == no_node) return count_;
+      if (first_ == no_node) return 0;
       if constexpr (plain_elements) {
         table_.destroy_chain(first_);
       } else if (table_.is_used_by_several()) {

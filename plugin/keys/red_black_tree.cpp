@@ -141,11 +141,7 @@ bool RedBlackTree::gain_black(NodeLink parent) {
     at(sibling).make_red();
     return false;
   }
-  if (!is_red(at(sibling).*other)) {
-    at(at(sibling).*side).make_black();
-    at(sibling).make_red();
-    sibling = rotate<other, side>(sibling);
-  }
+  if (!is_red(at(sibling).*other)) sibling = rotate<other, side>(sibling);
   TreeLinks& risen = at(sibling);
   above.is_red() ? risen.make_red() : risen.make_black();
   above.make_black();

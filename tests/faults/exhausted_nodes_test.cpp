@@ -160,9 +160,13 @@ TEST_P(MemoryForNodes, without_addresses_nothing_can_be_stored_and_later_it_can)
 }
 
 TEST_P(MemoryForNodes, a_small_region_serves_where_there_is_no_large_one) {
-  largest_region = std::size_t{1} << 28;
-  const Container container = make_with(1000);
-  EXPECT_EQ(container.count(), 1000);
+  for (const std::size_t mebibytes : {65U, 256U}) {
+    SCOPED_TRACE(mebibytes);
+    restart(default_options());
+    largest_region = mebibytes << 20;
+    const Container container = make_with(1000);
+    EXPECT_EQ(container.count(), 1000);
+  }
 }
 
 TEST_P(MemoryForNodes, a_region_that_cannot_be_read_is_none) {

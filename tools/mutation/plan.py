@@ -22,6 +22,9 @@ _REGIONS = [
 ]
 # What no test of behaviour can see: hints to the compiler and the processor.
 _HINTS = re.compile(r"\bprefetch\w*\(|ahead\b|\bunpredictable\b|cached_elements")
+_HINTING = re.compile(r"::prefetch_\w+$")
+# What 64-bit builds without sanitizers do not compile.
+_OTHER_BUILDS = re.compile(r"keys/(node_blocks_narrow\.cpp|poison\.h)$")
 # What only the diagnostic build asks.
 _DIAGNOSTIC = re.compile(r"\bChecks::may_|\bmay_use\(")
 _LITERAL_PIN = re.compile(r"^\s*(PIN|static_assert)\(")
@@ -71,7 +74,7 @@ def candidates(path, text):
         before = text[first:last]
         after = text[first:change.start] + change.replacement + text[change.end:last]
         span = (change.start, change.end, change.replacement)
-        if span in seen or before == after or _is_without_effect(before, path):
+        if span in seen or before == after or _is_without_effect(before, path, function):
             continue
         seen.add(span)
         mutants.append(Mutant(path, function, _region(path, function), change.kind, *span,
@@ -94,8 +97,9 @@ def _row_changes(source):
                                    theirs.group())
 
 
-def _is_without_effect(lines, path):
-    return (path.endswith("keys/hints.h") or _HINTS.search(lines) or _DIAGNOSTIC.search(lines)
+def _is_without_effect(lines, path, function):
+    return (path.endswith("keys/hints.h") or _OTHER_BUILDS.search(path) or _HINTS.search(lines)
+            or _HINTING.search(function) or _DIAGNOSTIC.search(lines)
             or _LITERAL_PIN.match(lines))
 
 

@@ -30,6 +30,15 @@ class UnicodeStrings : public testing::Test {
   standin::Host host_{with_faults()};
 };
 
+// Numbers of the host's, not ours to choose.
+TEST(Encodings, have_the_numbers_that_the_host_gives_them) {
+  EXPECT_EQ(host_encoding::utf8, 0x08000100U);
+  EXPECT_EQ(host_encoding::utf16, 0x0100U);
+  EXPECT_EQ(host_encoding::utf32, 0x0C000100U);
+  EXPECT_EQ(host_encoding::ascii, 0x0600U);
+  EXPECT_EQ(host_encoding::as_stored, 0xFFFFU);
+}
+
 TEST_F(UnicodeStrings, no_text_gives_no_string) {
   EXPECT_FALSE(build(nullptr, 3, host_encoding::utf8));
   EXPECT_FALSE(build("abc", 0, host_encoding::utf8));

@@ -109,6 +109,10 @@ class StorageInUse : public testing::Test {
   static void add(Set& set, std::int32_t count) {
     for (std::int32_t number = 0; number < count; ++number) set.insert_unique(CallingKey(number));
   }
+  // Others than `add` adds.
+  static void add_more(Set& set, std::int32_t count) {
+    for (std::int32_t i = 0; i < count; ++i) set.insert_unique(CallingKey(2000 + i));
+  }
   // Those that `add` adds, and no others.
   static void expect_first(Set& set, std::int32_t count) {
     EXPECT_EQ(set.size(), static_cast<std::uint32_t>(count));
@@ -213,6 +217,18 @@ TYPED_TEST(StorageInUse, destroys_what_was_removed_when_the_search_for_a_positio
   EXPECT_TRUE(set.find(key).is_end());
   EXPECT_EQ(alive_in_search, 11);
   EXPECT_EQ(CallingKey::alive, 10);
+}
+
+TYPED_TEST(StorageInUse, destroys_what_a_search_removed_although_it_went_on_to_remove_nothing) {
+  TypeParam set;
+  this->add(set, 10);
+  CallingKey::on_comparison = [&] {
+    set.erase(CallingKey(5));
+    EXPECT_EQ(set.erase(CallingKey(1000)), 0U);
+    set.erase(set.end(), set.end());
+  };
+  EXPECT_EQ(set.count(CallingKey(5)), 0U);
+  EXPECT_EQ(CallingKey::alive, 9);
 }
 
 TYPED_TEST(StorageInUse, finds_a_key_that_the_search_itself_added) {
@@ -336,18 +352,6 @@ TYPED_TEST(StorageInUse, removes_a_range_that_replaces_all_others_as_it_dies) {
   this->expect_first(set, 600);
 }
 
-TYPED_TEST(StorageInUse, uses_the_memory_of_what_it_removed_again) {
-  TypeParam set;
-  this->add(set, 10);
-  const void* const place = &set.find(CallingKey(5)).entry();
-  set.erase(CallingKey(5));
-  EXPECT_EQ(&set.insert_unique(CallingKey(1000)).entry, place);
-  set.erase(set.find(CallingKey(1000)));
-  EXPECT_EQ(&set.insert_unique(CallingKey(1001)).entry, place);
-  set.erase(set.find(CallingKey(1001)), set.end());
-  EXPECT_EQ(&set.insert_unique(CallingKey(1002)).entry, place);
-}
-
 TYPED_TEST(StorageInUse, adds_a_key_although_every_search_for_its_place_is_disturbed) {
   TypeParam set;
   this->add(set, 10);
@@ -398,6 +402,21 @@ TYPED_TEST(StorageInUse, removes_a_key_whichever_comparison_disturbs_the_removal
   }
 }
 
+TYPED_TEST(StorageInUse, removes_a_key_whichever_comparison_makes_the_container_grow) {
+  for (int n = 1; n < 8; ++n) {
+    TypeParam set;
+    this->add(set, 10);
+    for (std::int32_t other = 1; other < 4; ++other) set.insert_unique(CallingKey(5 + 193 * other));
+    this->at_call(CallingKey::on_comparison, n, [&] { this->add_more(set, 300); });
+    EXPECT_EQ(set.erase(CallingKey(5)), 1U) << n;
+    this->add_more(set, 300);  // in case that there were not so many comparisons
+    CallingKey::on_comparison = nullptr;
+    EXPECT_EQ(set.count(CallingKey(5)), 0U);
+    EXPECT_EQ(set.size(), 312U);
+    EXPECT_TRUE(check(set));
+  }
+}
+
 TYPED_TEST(StorageInUse, finds_a_key_whichever_comparison_disturbs_the_search) {
   for (int n = 1; n < 8; ++n) {
     TypeParam set;
@@ -429,6 +448,15 @@ TYPED_TEST(StorageInUse, removes_everything_although_all_elements_fail_to_die) {
   EXPECT_EQ(failures, 10);
   EXPECT_TRUE(set.empty());
   EXPECT_TRUE(check(set));
+}
+
+TEST(HashedStorageInUse, finds_a_key_although_the_table_grows_without_a_new_element_meanwhile) {
+  HashedSet set;
+  for (std::int32_t number = 0; number < 192; ++number) set.insert_unique(CallingKey(number));
+  set.insert_unique(CallingKey(5 + 193));  // before 5 in its bucket, and in another one afterwards
+  CallingKey::on_comparison = [&] { set.insert_unique(CallingKey(0)); };
+  EXPECT_EQ(set.count(CallingKey(5)), 1U);
+  EXPECT_EQ(set.bucket_count(), 389U);
 }
 
 TEST(HashedStorageInUse, keeps_its_buckets_when_every_growth_is_disturbed) {
