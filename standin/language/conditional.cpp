@@ -128,7 +128,9 @@ ConditionalCompilation::Level& ConditionalCompilation::innermost(Position positi
 }
 
 void ConditionalCompilation::directive(std::span<const Token> tokens, Position position) {
-  if (tokens.empty()) throw SourceError(position, "\"#\" needs a directive, such as #If");
+  const bool has_word = !tokens.empty() && (tokens.front().kind == TokenKind::name ||
+                                            tokens.front().kind == TokenKind::keyword);
+  if (!has_word) throw SourceError(position, "\"#\" needs a directive, such as #If");
   const std::string word = lower_name(tokens.front().text);
   const std::span<const Token> rest = tokens.subspan(1);
   const auto condition = [&] { return ConditionReader(rest, position, conditions_).read(); };

@@ -171,6 +171,12 @@ TEST(Conditional, pragmas_are_skipped) {
   EXPECT_THAT(texts_of("#Pragma DisableBackgroundTasks \"x\na"), ElementsAre("a", "|"));
 }
 
+TEST(Conditional, no_literal_is_a_directive) {
+  for (const char* text : {"#", "# &u1", "# \"if\" True", "# 1", "# +"}) {
+    EXPECT_EQ(error_of_text(text), "1:1 \"#\" needs a directive, such as #If") << text;
+  }
+}
+
 TEST(Conditional, errors_are_told) {
   EXPECT_EQ(error_of_text("a\n#If True\nb"), "2:1 #If without #EndIf");
   EXPECT_EQ(error_of_text("#Else"), "1:1 #Else without #If");
