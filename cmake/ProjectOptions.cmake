@@ -38,6 +38,8 @@ if(ZRB_FUZZ)
   # A host calls registered routines by their address, under types of its own, which clang's check
   # of function types cannot know.
   add_compile_options(-fno-sanitize=function)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 19)
   # The C++ library is older than this clang, which warns of it in instantiated templates.
   target_compile_options(project_options INTERFACE -Wno-deprecated-declarations)
 endif()

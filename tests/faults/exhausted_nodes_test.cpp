@@ -5,11 +5,16 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
 #include <limits>
 #include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "runtime/address_sanitizer.h"
 #include "support/plugin_test.h"
 
 namespace {
@@ -203,5 +208,32 @@ TEST_F(RegionOfNodes, that_is_full_takes_no_more_until_something_goes) {
   container.put(1);
   EXPECT_EQ(container.count(), 1);
 }
+
+#ifndef ZRB_HAS_ADDRESS_SANITIZER  // under which plugins stay loaded
+// How many pieces of addresses of this process are as large as a region, and not to be used yet.
+int reserved_regions() {
+  std::ifstream maps("/proc/self/maps");
+  int count = 0;
+  for (std::string line; std::getline(maps, line);) {
+    std::uintptr_t begin = 0;
+    std::uintptr_t end = 0;
+    char access[5] = "";
+    if (std::sscanf(line.c_str(), "%lx-%lx %4s", &begin, &end, access) != 3) continue;
+    if (end - begin > std::size_t{1} << 30 && std::string_view(access) == "---p") ++count;
+  }
+  return count;
+}
+
+TEST_F(RegionOfNodes, is_given_back_when_the_plugin_is_unloaded) {
+  ASSERT_EQ(reserved_regions(), 0);
+  {
+    const Container container = Container::make(support::class_named("IntegerHashSetZRB"));
+    for (std::int32_t key = 0; key < 1'000'000; ++key) container.put(key);
+    EXPECT_EQ(reserved_regions(), 1);
+  }
+  restart(default_options());
+  EXPECT_EQ(reserved_regions(), 0);
+}
+#endif
 
 }  // namespace

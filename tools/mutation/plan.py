@@ -20,13 +20,13 @@ _REGIONS = [
     ("erase", r"keys/(hashed_storage|ordered_storage|node_memory|finish|in_use)\.",
      r"erase|remove|take|destroy|[Uu]nlink|clear|finish|link_to|deallocate|release|put_off"),
 ]
-# What no test of behaviour can see: hints to the compiler and the processor.
-_HINTS = re.compile(r"\bprefetch\w*\(|ahead\b|\bunpredictable\b|cached_elements")
+# What no test of behaviour can see: hints to the compiler, the processor and the sanitizer.
+_HINTS = re.compile(r"\b(?:un)?poison\(|\bprefetch\w*\(|ahead\b|\bunpredictable\b|cached_elements")
 _HINTING = re.compile(r"::prefetch_\w+$")
 # What 64-bit builds without sanitizers do not compile.
 _OTHER_BUILDS = re.compile(r"keys/(node_blocks_narrow\.cpp|poison\.h)$")
 # What only the diagnostic build asks.
-_DIAGNOSTIC = re.compile(r"\bChecks::may_|\bmay_use\(")
+_DIAGNOSTIC = re.compile(r"\bChecks::may_|\bmay_use\(|\belement_position\(iterator, \"")
 _LITERAL_PIN = re.compile(r"^\s*(PIN|static_assert)\(")
 # Evaluated by the compiler alone, so it cannot be switched when it runs.
 _COMPILE_TIME = re.compile(r"host/(declarations\.h|fixed_string\.h|binary_interface_layout\.cpp)$")

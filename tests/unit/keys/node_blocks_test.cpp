@@ -5,8 +5,10 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstring>
 #include <new>
+#include <thread>
 #include <vector>
 
 #include "keys/node_links.h"
@@ -28,6 +30,32 @@ TEST(NodeBlocks, come_in_all_sizes_and_keep_what_is_written) {
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % 8, 0U);
     release_node_block(block, bytes);
   }
+}
+
+// Containers of several threads take from the same region.
+TEST(NodeBlocks, serve_several_threads_at_once) {
+  constexpr int rounds = 20000;
+  std::atomic<int> damaged = 0;
+  const auto work = [&damaged](int mark) {
+    std::vector<std::byte*> blocks;
+    for (int round = 0; round < rounds; ++round) {
+      blocks.push_back(allocate_node_block(smallest_node_block));
+      std::memset(blocks.back(), mark, smallest_node_block);
+      if (round % 16 != 0) continue;
+      for (std::byte* block : blocks) {
+        for (std::uint32_t i = 0; i < smallest_node_block; ++i) {
+          if (std::to_integer<int>(block[i]) != mark) ++damaged;
+        }
+        release_node_block(block, smallest_node_block);
+      }
+      blocks.clear();
+    }
+    for (std::byte* block : blocks) release_node_block(block, smallest_node_block);
+  };
+  std::vector<std::thread> threads;
+  for (int mark = 1; mark <= 4; ++mark) threads.emplace_back(work, mark);
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(damaged, 0);
 }
 
 TEST(NodeBlocks, links_lead_to_every_node_of_a_block_and_back) {
