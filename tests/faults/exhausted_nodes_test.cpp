@@ -157,6 +157,21 @@ TEST_P(MemoryForCopies, a_copy_that_gets_too_little_is_given_up) {
   EXPECT_TRUE(clone());
 }
 
+TEST_P(MemoryForCopies, a_map_that_cannot_take_the_whole_of_another_can_be_used) {
+  const Container source = make_with(300);
+  const Container map = make();
+  use_up_memory();
+  give_back_a_little();
+  EXPECT_THROW(map.call<void>("Constructor(other as {Class})", source.get()), std::bad_alloc);
+  free_memory();
+  const std::int32_t taken = map.count();
+  EXPECT_LT(taken, 300);
+  EXPECT_EQ(map.described_keys().size(), static_cast<std::size_t>(taken));
+  map.put(1000);
+  EXPECT_EQ(map.count(), taken + 1);
+  EXPECT_EQ(map.described_keys().size(), static_cast<std::size_t>(taken) + 1);
+}
+
 TEST_P(MemoryForNodes, without_addresses_nothing_can_be_stored_and_later_it_can) {
   largest_region = 0;
   EXPECT_FALSE(can_hold_a_key());

@@ -1,12 +1,16 @@
 // Exports, copies and conversions whose host calls change the very container, every time or at the
 // worst moment.
 #include <functional>
+#include <string>
+#include <variant>
 
 #include "lies.h"
 #include "runtime/arrays.h"
 #include "runtime/classes.h"
 #include "runtime/dictionary.h"
 #include "runtime/services.h"
+#include "runtime/strings.h"
+#include "runtime/variants.h"
 #include "support/host_arrays.h"
 #include "support/plugin_test.h"
 
@@ -20,6 +24,18 @@ using support::Container;
 
 constexpr const char* array_maker = "RuntimeArrayCreateSingleDimBoundedArray";
 constexpr const char* dictionary_setter = "Value(key As Variant, Assigns _value As Variant)";
+
+ObjectRef variant_of(const support::Element& element) {
+  if (const auto* number = std::get_if<std::int32_t>(&element))
+    return standin::variant_from_integer(*number);
+  if (const auto* string = std::get_if<standin::StringRef>(&element))
+    return standin::variant_from_string(string->get());
+  return std::get<ObjectRef>(element);
+}
+
+std::string text_of(const ObjectRef& variant) {
+  return standin::utf8(standin::to_string(variant.get()).get());
+}
 
 class ChangedInsideAConversion : public support::ClassTest {
  protected:
@@ -165,6 +181,8 @@ TEST_P(MapChangedInsideAConversion, a_dictionary_gets_what_was_added_as_the_cach
   const auto dictionary = ObjectRef::adopt(map.call<REALobject>("CloneDictionary as Dictionary"));
   ASSERT_TRUE(dictionary);
   EXPECT_EQ(standin::dictionary_count(dictionary.get()), 1);
+  const ObjectRef found = standin::dictionary_value(dictionary.get(), variant_of(key(7)).get());
+  EXPECT_EQ(text_of(found), text_of(variant_of(value(7))));
   expect_whole(map, 1);
 }
 
