@@ -1,0 +1,54 @@
+// What the host is asked of one key: everything once, and nothing of nil.
+#include <gtest/gtest.h>
+
+#include <string_view>
+
+#include "host/resolver.h"
+#include "keys/text_view.h"
+#include "keys/variant_key.h"
+#include "runtime/host.h"
+#include "runtime/strings.h"
+#include "runtime/variants.h"
+#include "with_faults.h"
+
+namespace {
+
+class KeyViews : public testing::Test {
+ protected:
+  KeyViews() { keep_resolver(standin::Host::resolver()); }
+
+  standin::Host host_{with_faults()};
+};
+
+TEST_F(KeyViews, ask_for_a_text_once_however_short_it_is) {
+  for (const std::string_view bytes : {"", "a"}) {
+    const standin::StringRef string = standin::make_string(bytes, host_encoding::utf8);
+    rbText text(string.get());
+    host_.calls().reset();
+    EXPECT_EQ(text.GetUTF8(), bytes);
+    EXPECT_EQ(text.LengthUTF8(), static_cast<std::int32_t>(bytes.size()));
+    EXPECT_EQ(host_.calls().of("PluginGetStringData"), 1U) << bytes;
+  }
+}
+
+TEST_F(KeyViews, ask_for_the_type_of_a_variant_once) {
+  const standin::ObjectRef variant = standin::variant_from_integer(5);
+  VariantView view(variant.get());
+  host_.calls().reset();
+  EXPECT_EQ(view.type(), VariantType::integer);
+  EXPECT_EQ(view.type(), VariantType::integer);
+  EXPECT_EQ(host_.calls().of("VarType(value As Variant) As Int32"), 1U);
+}
+
+TEST_F(KeyViews, compare_nil_without_asking_for_its_type) {
+  const standin::ObjectRef variant = standin::variant_from_integer(0);
+  VariantView nil(nullptr);
+  VariantView zero(variant.get());
+  host_.calls().reset();
+  EXPECT_LT(Compare(nil, zero), 0);
+  EXPECT_GT(Compare(zero, nil), 0);
+  EXPECT_EQ(Compare(nil, nil), 0);
+  EXPECT_EQ(host_.calls().total(), 0U);
+}
+
+}  // namespace
