@@ -93,8 +93,7 @@ void* closed_last = nullptr;
 PluginLibrary open_plugin(const std::string& path) {
   if (std::filesystem::is_directory(path))
     fail(path, "that is a folder; name the plugin file in it");
-  if (std::filesystem::is_other(path))
-    fail(path, "that is a device or a pipe; name a plugin file");
+  if (std::filesystem::is_other(path)) fail(path, "that is a device or a pipe; name a plugin file");
   if (const int error = reading_error(path); error != 0)
     fail(path, std::string(std::strerror(error)) + "; build it, or name another file");
   if (is_cut_short(path)) fail(path, "the file ends too early; copy or build it again");
