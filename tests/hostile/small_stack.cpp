@@ -58,7 +58,7 @@ void run_on_small_stack(const std::function<void()>& work) {
   pthread_attr_t attributes;
   require(::pthread_attr_init(&attributes), "pthread_attr_init");
   int error = ::pthread_attr_setstack(&attributes, stack.lowest(), small_stack);
-  pthread_t thread;
+  pthread_t thread{};
   if (error == 0) error = ::pthread_create(&thread, &attributes, &run, &shared);
   ::pthread_attr_destroy(&attributes);
   require(error, "pthread_create");
