@@ -257,5 +257,31 @@ TEST_P(MapChangedInsideAComparison, by_assigning_through_an_iterator) {
   inside_every_searcher("assignment through an iterator");
 }
 
+class MapWhoseKeyGoes : public support::ClassTest {
+ protected:
+  /// The service that locks the map's values; none for integers.
+  const char* value_lock() const {
+    if (container_class().value == ElementType::string) return "REALLockString";
+    return container_class().value == ElementType::variant ? "REALLockObject" : nullptr;
+  }
+};
+ZRB_FOR_CLASSES(MapWhoseKeyGoes, support::map_classes());
+
+// A key that is found can be removed while the value for it is locked.
+TEST_P(MapWhoseKeyGoes, as_its_value_is_locked_holds_no_value_for_good) {
+  if (value_lock() == nullptr) GTEST_SKIP() << "nothing is locked";
+  const Element new_value = value(5);
+  for (std::uint64_t n = 1; n <= 8; ++n) {
+    const Container map = make_with(3);
+    host().faults().call_at(value_lock(), n, [&] { map.remove(key(1)); });
+    map.put(key(1), new_value);
+    host().faults().clear();
+    map.clear();
+    map.put(2);
+    EXPECT_EQ(map.count(), 1) << n;
+    EXPECT_EQ(support::locks(new_value), support::one_lock(new_value)) << n;
+  }
+}
+
 }  // namespace
 }  // namespace hostile

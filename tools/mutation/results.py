@@ -76,31 +76,33 @@ def survivors_in(path):
 
 
 def settled_in(path, mutants):
-    """The results of those mutants that an earlier run killed."""
-    killed = {(*_key(row), int(row["line"])): row for row in _rows(path)
-              if row["outcome"] == KILLED}
-    found = [(mutant, killed.get((*mutant.key, mutant.line))) for mutant in mutants]
-    return [Result(mutant, KILLED, row["killer"], float(row["seconds"]))
-            for mutant, row in found if row is not None]
+    """The results of those mutants that an earlier run killed, or could not build alone."""
+    rows = {(*_key(row), int(row["line"])): row for row in _rows(path)}
+    found = [(mutant, rows.get((*mutant.key, mutant.line))) for mutant in mutants]
+    return [Result(mutant, row["outcome"], row["killer"], float(row["seconds"]))
+            for mutant, row in found
+            if row and (row["outcome"] == KILLED or row["outcome"] == REFUSED and mutant.alone)]
 
 
 def table(title, results, label):
-    """Counts by what `label` gives for a mutant."""
+    """Counts by what `label` gives for a mutant; which part of all was killed, and the mutation
+    score, which leaves out those that no test can tell from the original."""
     counts = Counter((label(result.mutant), result.outcome) for result in results)
     names = sorted({name for name, _ in counts})
     width = max([len(title)] + [len(name) for name in names] + [len("all")])
     outcomes = [KILLED, SURVIVED, EQUIVALENT, REFUSED]
-    lines = [f"{title:<{width}}  " + "  ".join(f"{outcome:>9}" for outcome in outcomes) + "  score"]
+    lines = [f"{title:<{width}}  " + "  ".join(f"{outcome:>9}" for outcome in outcomes)
+             + "  of all    score"]
     for name in names + ["all"]:
         row = [sum(count for (other, outcome), count in counts.items()
                    if outcome == wanted and name in (other, "all")) for wanted in outcomes]
         lines.append(f"{name:<{width}}  " + "  ".join(
             f"{count:>{max(9, len(outcome))}}" for count, outcome in zip(row, outcomes))
-            + "  " + score(row[0], row[0] + row[1] + row[2]))
+            + "  " + share(row[0], row[0] + row[1] + row[2]) + "  " + share(row[0], row[0] + row[1]))
     return "\n".join(lines)
 
 
-def score(killed, counted):
+def share(killed, counted):
     return f"{100 * killed / counted:5.1f} %" if counted else "    -"
 
 
