@@ -26,7 +26,7 @@ _HINTING = re.compile(r"::prefetch_\w+$")
 # What 64-bit builds without sanitizers do not compile.
 _OTHER_BUILDS = re.compile(r"keys/(node_blocks_narrow\.cpp|poison\.h)$")
 # What only the diagnostic build asks.
-_DIAGNOSTIC = re.compile(r"\bChecks::may_|\bmay_use\(|\belement_position\(iterator, \"")
+_DIAGNOSTIC = re.compile(r"\bChecks::(?:may|note)_|\bmay_use\(|\belement_position\(iterator, \"")
 _LITERAL_PIN = re.compile(r"^\s*(PIN|static_assert)\(")
 # Evaluated by the compiler alone, so it cannot be switched when it runs.
 _COMPILE_TIME = re.compile(r"host/(declarations\.h|fixed_string\.h|binary_interface_layout\.cpp)$")
