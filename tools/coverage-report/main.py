@@ -86,7 +86,7 @@ def row(name, lines_hit, line_count, branches_hit, branch_count):
 
 
 def report_conditions(build):
-    files = conditions.read(ROOT, build)
+    files = conditions.read(build)
     for path, count, hit, missed in files:
         if count:
             print(f"{path:<45} {hit:>5} of {count:>5} {percent(hit, count):>6} %")
