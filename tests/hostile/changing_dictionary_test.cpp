@@ -106,6 +106,26 @@ TEST_P(ChangingDictionary, that_is_cleared_gives_nil_for_the_rest) {
   expect_whole(map);
 }
 
+TEST_P(ChangingDictionary, that_is_nil_is_asked_for_nothing) {
+  host().calls().reset();
+  const Container map = made_from(nullptr);
+  EXPECT_EQ(host().calls().of("REALGetPropValueInt"), 0U);
+  expect_whole(map);
+}
+
+TEST_P(ChangingDictionary, whose_methods_could_not_all_be_loaded_is_asked_for_them_again) {
+  for (std::uint64_t nth = 1; nth <= 3; ++nth) {
+    restart(default_options());
+    const ObjectRef source = dictionary(0, 5);
+    host().faults().throw_at("REALLoadObjectMethod", nth);
+    EXPECT_ANY_THROW(made_from(source)) << nth;
+    host().faults().clear();
+    const Container map = made_from(source);
+    EXPECT_EQ(map.count(), 5) << nth;
+    expect_whole(map);
+  }
+}
+
 TEST_P(ChangingDictionary, that_grows_is_read_to_its_first_count) {
   const ObjectRef source = dictionary(0, 5);
   host().faults().call_at(key_getter, 2, [&] {
