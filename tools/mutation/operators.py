@@ -116,7 +116,7 @@ def statement_changes(source, function):
             if source.code[first.end:second.start].strip():
                 continue  # a block lies between them
             if not _names(first.text) & _names(second.text):
-                continue  # neither can tell when the other happens
+                continue  # without a name in common, order hardly ever matters
             text = source.text
             yield Change("order", first.start, second.end,
                          text[second.start:second.end] + text[first.end:second.start]

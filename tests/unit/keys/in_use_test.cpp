@@ -109,6 +109,36 @@ class StorageInUse : public testing::Test {
   static void add(Set& set, std::int32_t count) {
     for (std::int32_t number = 0; number < count; ++number) set.insert_unique(CallingKey(number));
   }
+  // A key that goes in the middle of a search for it: `is_missing(set, key)`.
+  template <class Search>
+  static void expect_removed_key_alive_during(Search is_missing) {
+    Set set;
+    add(set, 10);
+    int alive_in_search = 0;
+    CallingKey::on_comparison = [&] {
+      set.erase(CallingKey(5));
+      alive_in_search = CallingKey::alive;
+    };
+    const CallingKey key(5);
+    EXPECT_TRUE(is_missing(set, key));
+    EXPECT_EQ(alive_in_search, 11);
+    EXPECT_EQ(CallingKey::alive, 10);
+    EXPECT_TRUE(check(set));
+  }
+  // A removal whose element clears the set as it dies, and fills it again.
+  template <class Removal>
+  static void expect_replaced_by(Removal remove) {
+    Set set;
+    add(set, 10);
+    CallingKey::on_destruction = [&] {
+      set.clear();
+      add(set, 300);
+    };
+    remove(set);
+    expect_first(set, 300);
+    add(set, 600);
+    expect_first(set, 600);
+  }
   // Others than `add` adds.
   static void add_more(Set& set, std::int32_t count) {
     for (std::int32_t i = 0; i < count; ++i) set.insert_unique(CallingKey(2000 + i));
@@ -189,34 +219,13 @@ using Sets = testing::Types<HashedSet, OrderedSet>;
 TYPED_TEST_SUITE(StorageInUse, Sets);
 
 TYPED_TEST(StorageInUse, destroys_what_a_search_removed_when_the_search_ends) {
-  TypeParam set;
-  this->add(set, 10);
-  int alive_in_search = 0;
-  CallingKey::on_comparison = [&] {
-    set.erase(CallingKey(5));
-    alive_in_search = CallingKey::alive;
-  };
-  {
-    const CallingKey key(5);
-    EXPECT_EQ(set.count(key), 0U);
-    EXPECT_EQ(alive_in_search, 11);
-    EXPECT_EQ(CallingKey::alive, 10);
-  }
-  EXPECT_TRUE(check(set));
+  this->expect_removed_key_alive_during(
+      [](TypeParam& set, const CallingKey& key) { return set.count(key) == 0; });
 }
 
 TYPED_TEST(StorageInUse, destroys_what_was_removed_when_the_search_for_a_position_ends) {
-  TypeParam set;
-  this->add(set, 10);
-  int alive_in_search = 0;
-  CallingKey::on_comparison = [&] {
-    set.erase(CallingKey(5));
-    alive_in_search = CallingKey::alive;
-  };
-  const CallingKey key(5);
-  EXPECT_TRUE(set.find(key).is_end());
-  EXPECT_EQ(alive_in_search, 11);
-  EXPECT_EQ(CallingKey::alive, 10);
+  this->expect_removed_key_alive_during(
+      [](TypeParam& set, const CallingKey& key) { return set.find(key).is_end(); });
 }
 
 TYPED_TEST(StorageInUse, destroys_what_a_search_removed_although_it_went_on_to_remove_nothing) {
@@ -327,29 +336,12 @@ TYPED_TEST(StorageInUse, takes_a_walk_that_its_visitor_ends_for_complete) {
 
 // The memory of what dies must not be given back or used again before it is dead.
 TYPED_TEST(StorageInUse, removes_at_a_position_what_replaces_all_others_as_it_dies) {
-  TypeParam set;
-  this->add(set, 10);
-  CallingKey::on_destruction = [&] {
-    set.clear();
-    this->add(set, 300);
-  };
-  set.erase(set.find(CallingKey(5)));
-  this->expect_first(set, 300);
-  this->add(set, 600);
-  this->expect_first(set, 600);
+  this->expect_replaced_by([](TypeParam& set) { set.erase(set.find(CallingKey(5))); });
 }
 
 TYPED_TEST(StorageInUse, removes_a_range_that_replaces_all_others_as_it_dies) {
-  TypeParam set;
-  this->add(set, 10);
-  CallingKey::on_destruction = [&] {
-    set.clear();
-    this->add(set, 300);
-  };
-  set.erase(set.find(CallingKey(3)), set.find(CallingKey(7)));
-  this->expect_first(set, 300);
-  this->add(set, 600);
-  this->expect_first(set, 600);
+  this->expect_replaced_by(
+      [](TypeParam& set) { set.erase(set.find(CallingKey(3)), set.find(CallingKey(7))); });
 }
 
 TYPED_TEST(StorageInUse, adds_a_key_although_every_search_for_its_place_is_disturbed) {
