@@ -17,10 +17,10 @@
 //
 // Speed. The bucket is found without a division (remainder.h). A search for a key that asks nobody
 // reads zeros where a chain ends, instead of testing for the end first: such a test is guessed
-// wrong every other time. Growth, iteration and clearing know which nodes they come to next, and
-// ask for them two dozen buckets ahead; growth also gathers nodes and their new buckets before it
-// touches those, so that several cache misses are under way at once. Elements that call nobody when
-// they die are never visited for it.
+// wrong every other time. Growth, copies and exports go through the chains by a walk that guesses
+// nothing (bucket_walk.h); all that goes from bucket to bucket asks for nodes long before it comes
+// to them, and growth for the new buckets too, so that many cache misses are under way at once.
+// Elements that call nobody when they die are never visited for it.
 //
 // Exceptions. Hash, equality, the copying of a key and the destruction of an element may throw,
 // unless they are declared noexcept. The table then stays valid, nothing is leaked, and the
@@ -48,6 +48,7 @@
 #include <utility>
 
 #include "keys/bucket_sizes.h"
+#include "keys/bucket_walk.h"
 #include "keys/entry.h"
 #include "keys/finish.h"
 #include "keys/hints.h"
@@ -134,14 +135,11 @@ class HashedStorage : public Usable {
   bool for_each(Visit visit) {
     const InUse use(*this);
     const std::uint32_t changes_before = changes();
-    for (std::uint32_t bucket = 0; bucket < buckets_.count; ++bucket) {
-      prefetch_ahead(bucket);
-      for (NodeLink link = buckets_[bucket]; link != no_node;) {
-        const NodeLink next = element(link).next;
+    for (Walk walk = walk_all(); walk.gather();) {
+      for (const NodeLink link : walk.gathered()) {
         if (!visit(element(link))) return true;
         if (changes() != changes_before) [[unlikely]]
           return false;
-        link = next;
       }
     }
     return true;
@@ -255,15 +253,13 @@ class HashedStorage : public Usable {
   /// elements. What that gives is the same as inserting them one by one, but no key is searched
   /// for. O(n).
   void copy_from(const HashedStorage& other) requires plain_elements {
-    for (std::uint32_t bucket = 0; bucket < other.buckets_.count; ++bucket) {
-      other.prefetch_ahead(bucket);
-      for (NodeLink link = other.buckets_[bucket]; link != no_node;) {
+    for (Walk walk = other.walk_all(); walk.gather();) {
+      for (const NodeLink link : walk.gathered()) {
         const Element& source = other.element(link);
         make_room_for_one();
         const NodeLink copy = create(source.key);
         if constexpr (!std::is_same_v<Value, NoValue>) element(copy).value = source.value;
         this->link(buckets_[buckets_.of(Hash{}(source.key))], copy);
-        link = source.next;
       }
     }
   }
@@ -272,9 +268,9 @@ class HashedStorage : public Usable {
   friend struct HashedStorageInspector;  // the invariant checker of the tests
   friend class InUse<HashedStorage>;
 
-  static constexpr std::uint32_t buckets_ahead = 24;      // to prefetch
+  using Walk = BucketWalk<Element>;
+
   static constexpr std::uint32_t cached_elements = 4096;  // fewer need no prefetch
-  static constexpr std::uint32_t stage_size = 32;         // nodes that growth moves at once
 
   // What calls nobody needs no guard.
   using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<HashedStorage>>;
@@ -433,18 +429,14 @@ class HashedStorage : public Usable {
     return nullptr;
   }
 
-  // For whoever goes through the buckets one by one: asks for the first node of a chain two dozen
-  // buckets ahead, and for the second one when the first has come; the same for what they hold.
+  Walk walk_all() const {
+    return Walk(buckets_.heads.get(), buckets_.count, size_ >= cached_elements);
+  }
+
+  // For whoever goes through the buckets one by one.
   ZRB_ALWAYS_INLINE void prefetch_ahead(std::uint32_t bucket) const {
-    if (size_ < cached_elements || buckets_.count - bucket <= buckets_ahead) return;
-    prefetch(readable_node_at(buckets_[bucket + buckets_ahead]));
-    const auto* const first = readable_element(buckets_[bucket + buckets_ahead / 2]);
-    prefetch(readable_node_at(first->next));
-    if constexpr (!plain_elements) {
-      prefetch_content(*first);
-      const auto* const sooner = readable_element(buckets_[bucket + buckets_ahead / 4]);
-      prefetch_content(*readable_element(sooner->next));
-    }
+    if (size_ >= cached_elements)
+      Walk::prefetch_ahead(buckets_.heads.get() + bucket, buckets_.count - bucket);
   }
 
   template <class Probe>
@@ -544,9 +536,8 @@ class HashedStorage : public Usable {
     const std::uint32_t changes_before = changes();
     std::uint32_t hashed = 0;
     try {
-      for (std::uint32_t bucket = 0; bucket < buckets_.count; ++bucket) {
-        prefetch_ahead(bucket);
-        for (NodeLink link = buckets_[bucket]; link != no_node; link = element(link).next) {
+      for (Walk walk = walk_all(); walk.gather();) {
+        for (const NodeLink link : walk.gathered()) {
           hashes[hashed] = Hash{}(element(link).key);
           if (changes() != changes_before) return;
           ++hashed;
@@ -562,33 +553,24 @@ class HashedStorage : public Usable {
     }
   }
 
-  // Moves every node, in order, to the head of its new chain. Each stage finds out where a number
-  // of nodes belong, while the heads that it will touch are on their way into the cache.
+  // Moves every node, in order, to the head of its new chain: as many at once as a walk gathers, of
+  // which the heads that are touched are then on their way into the cache.
   template <class HashOf>
   ZRB_PROTECT_STACK void move_all(Buckets& larger, HashOf hash_of) {
-    NodeLink nodes[stage_size];
-    std::uint32_t homes[stage_size];
-    std::uint32_t staged = 0;
-    const auto finish_stage = [&] {
-      for (std::uint32_t i = 0; i < staged; ++i) {
-        NodeLink& head = larger[homes[i]];
-        element(nodes[i]).next = head;
-        head = nodes[i];
+    std::uint32_t homes[Walk::capacity];
+    for (Walk walk = walk_all(); walk.gather();) {
+      std::uint32_t* home = homes;
+      for (const NodeLink link : walk.gathered()) {
+        *home = larger.of(hash_of(element(link).key));
+        prefetch(&larger[*home++]);
       }
-      staged = 0;
-    };
-    for (std::uint32_t bucket = 0; bucket < buckets_.count; ++bucket) {
-      prefetch_ahead(bucket);
-      for (NodeLink link = buckets_[bucket]; link != no_node;) {
-        const NodeLink next = element(link).next;
-        homes[staged] = larger.of(hash_of(element(link).key));
-        prefetch(&larger[homes[staged]]);
-        nodes[staged++] = link;
-        if (staged == stage_size) finish_stage();
-        link = next;
+      home = homes;
+      for (const NodeLink link : walk.gathered()) {
+        NodeLink& head = larger[*home++];
+        element(link).next = head;
+        head = link;
       }
     }
-    finish_stage();
   }
 
   NodeMemory memory_{sizeof(Element)};

@@ -23,6 +23,9 @@ class NodeMemory {
 
   std::uint32_t node_size() const { return node_size_; }
 
+  /// How much memory there is, for nodes in use and others.
+  std::size_t bytes() const { return bytes_; }
+
   /// Memory for one node, aligned to 8 bytes if its size is, else to 4; std::bad_alloc when there
   /// is none. O(1).
   NodeLink allocate() {

@@ -8,8 +8,9 @@
 // a large tree is in the cache. Keys that ask nobody are compared without branches on the way down:
 // a wrongly guessed turn at every second node costs more than loading both children. An ascending
 // key is compared with the largest one first and then needs no way down at all. A copy of plain
-// elements takes over the tree's shape, without a comparison. Where a comparison asks the host,
-// what the next one will touch, on either side, is asked for while this one is made.
+// elements takes over the tree's shape, without a comparison. A walk through a large tree asks for
+// some hundred nodes at once (red_black_tree.cpp). Where a comparison asks the host, what the next
+// one will touch, on either side, is asked for while this one is made.
 //
 // Exceptions. The order, the copying of a key and the destruction of an element may throw, unless
 // they are declared noexcept. The tree then stays valid, nothing is leaked, and the exception
@@ -258,6 +259,10 @@ class OrderedStorage : public Usable {
   const Key& key_at(NodeLink node) const noexcept { return element(node).key; }
   NodeLink link_after(NodeLink node) { return link_to(tree_.successor(&tree_.at(node))); }
 
+  static void prefetch_content_of(const TreeLinks& node) {
+    prefetch_content(static_cast<const Element&>(node));
+  }
+
   // Runs a search that gives a node, again if the tree changed under it.
   template <class Search>
   NodeLink search_again(Search search) {
@@ -484,7 +489,7 @@ class OrderedStorage : public Usable {
     finish_despite_exceptions([this] { destroy_chain(put_off_); });
   }
 
-  RedBlackTree tree_{sizeof(Element)};
+  RedBlackTree tree_{sizeof(Element), plain_elements ? nullptr : &prefetch_content_of};
   std::uint32_t size_ = 0;
   NodeLink put_off_ = no_node;  // taken out, to be destroyed when the outermost operation ends
 };

@@ -1,13 +1,15 @@
 #include "keys/red_black_tree.h"
 
+#include <initializer_list>
 #include <new>
 
 #include "keys/hints.h"
 #include "keys/node_blocks.h"
 
-RedBlackTree::RedBlackTree(std::uint32_t node_size)
+RedBlackTree::RedBlackTree(std::uint32_t node_size, ContentPrefetch prefetch_content)
     : header_(new (allocate_node_block(smallest_node_block)) TreeLinks),
       nil_(link_to(header_)),
+      prefetch_content_(prefetch_content),
       memory_(node_size) {
   forget_all();
 }
@@ -20,16 +22,41 @@ void RedBlackTree::forget_all() {
   header_->parent_and_colour = header_->left = header_->right = nil_;
 }
 
+// Asks for the nodes of the subtree that a walk has just come to, and for what they hold, level by
+// level: so that many cache misses are under way at once, where a step waits for one after the
+// other. `outermost` is the first of these nodes. Compilers keep the call, since it calls a
+// function that they do not know.
+ZRB_PROTECT_STACK [[gnu::noinline]] void RedBlackTree::prefetch_group(
+    const TreeLinks& outermost) const {
+  NodeLink top = outermost.parent();
+  for (int level = 1; level < group_levels; ++level) top = at(top).parent();
+  NodeLink nodes[largest_group];
+  nodes[0] = top;
+  std::uint32_t count = 1;
+  for (std::uint32_t i = 0; i < count && count <= largest_group - 2; ++i) {
+    const TreeLinks& node = at(nodes[i]);
+    if (prefetch_content_ != nullptr) prefetch_content_(node);
+    for (const NodeLink child : {node.left, node.right}) {
+      prefetch(&at(child));
+      nodes[count] = child;
+      count += child != nil_ ? 1U : 0U;
+    }
+  }
+}
+
 // Whoever steps will step on: asks for the nodes that lie ahead, below those that come next.
 template <RedBlackTree::Child Forwards, RedBlackTree::Child Backwards>
 TreeLinks* RedBlackTree::step(TreeLinks* node) const {
   if (node->*Forwards != nil_) {
     TreeLinks* found = &at(node->*Forwards);
-    while (found->*Backwards != nil_) {
+    int levels = 0;
+    for (; found->*Backwards != nil_; ++levels) {
       prefetch(&at(found->*Forwards));
       found = &at(found->*Backwards);
     }
     prefetch(&at(found->*Forwards));
+    if (levels >= group_levels && memory_.bytes() >= cached_bytes) [[unlikely]]
+      prefetch_group(*found);
     return found;
   }
   // Up, to the first node that is reached from the side it is not to be left on.

@@ -46,8 +46,12 @@ struct TreeLinks {
 /// The tree and the memory of its nodes, each of which begins with its links.
 class RedBlackTree {
  public:
-  /// `node_size`: bytes, a multiple of 4. std::bad_alloc when there is no memory for the header.
-  explicit RedBlackTree(std::uint32_t node_size);
+  /// Asks the processor to load what a node refers to, other than nodes.
+  using ContentPrefetch = void (*)(const TreeLinks& node);
+
+  /// `node_size`: bytes, a multiple of 4. `prefetch_content` is null when nodes refer to nothing.
+  /// std::bad_alloc when there is no memory for the header.
+  RedBlackTree(std::uint32_t node_size, ContentPrefetch prefetch_content);
   RedBlackTree(const RedBlackTree&) = delete;
   RedBlackTree& operator=(const RedBlackTree&) = delete;
   ~RedBlackTree();
@@ -96,10 +100,16 @@ class RedBlackTree {
   // 2 * log2(n + 1) for as many nodes as links can lead to.
   static constexpr std::size_t deepest_tree = 64;
 
+  // A group is a subtree whose first node lies so many levels below its top: some hundred nodes.
+  static constexpr int group_levels = 6;
+  static constexpr std::uint32_t largest_group = 256;
+  static constexpr std::size_t cached_bytes = std::size_t{1} << 20;  // fewer need no such prefetch
+
   static bool is_red(NodeLink node) { return at(node).is_red(); }
 
   template <Child side>
   NodeLink outermost(NodeLink node) const;
+  void prefetch_group(const TreeLinks& outermost) const;
   template <Child Forwards, Child Backwards>
   TreeLinks* step(TreeLinks* node) const;
   void replace_in_parent(NodeLink parent, NodeLink node, NodeLink replacement);
@@ -115,6 +125,7 @@ class RedBlackTree {
 
   TreeLinks* header_;
   NodeLink nil_;
+  ContentPrefetch prefetch_content_;
   NodeMemory memory_;
 };
 

@@ -15,13 +15,14 @@ _REGIONS = [
      r"[Hh]ash(?!edStorage)|Remainder|Buckets::of"),
     ("comparison", r"keys/(integer_key|string_key|variant_key|comparison_locks|ordered_storage)\.",
      r"[Cc]ompar|Equal|LT|Less|leave|equal_range|place_of|search_place|bound_below|find_plain"),
-    ("growth", r"keys/(hashed_storage|node_memory|bucket_sizes)\.",
-     r"grow|make_room|move_all|bucket_size|within_limit|add_block|next_block|enlarge|copy_from"),
+    ("growth", r"keys/(hashed_storage|bucket_walk|node_memory|bucket_sizes)\.",
+     r"gather|grow|make_room|move_all|bucket_size|within_limit|add_block|next_block|enlarge|copy_from"),
     ("erase", r"keys/(hashed_storage|ordered_storage|node_memory|finish|in_use)\.",
      r"erase|remove|take|destroy|[Uu]nlink|clear|finish|link_to|deallocate|release|put_off"),
 ]
 # What no test of behaviour can see: hints to the compiler, the processor and the sanitizer.
-_HINTS = re.compile(r"\b(?:un)?poison\(|\bprefetch\w*\(|ahead\b|\bunpredictable\b|cached_elements")
+_HINTS = re.compile(r"\b(?:un)?poison\(|\bprefetch\w*\(|ahead\b|\bunpredictable\b|\bcached_\w+|"
+                    r"\bis_large\b|\blevels >= group_levels")
 _HINTING = re.compile(r"::prefetch_\w+$")
 # What 64-bit builds without sanitizers do not compile.
 _OTHER_BUILDS = re.compile(r"keys/(node_blocks_narrow\.cpp|poison\.h)$")

@@ -141,6 +141,24 @@ TEST(OrderedStorage, steps_back_from_the_end_to_the_largest_key) {
   }
 }
 
+TEST(OrderedStorage, steps_through_trees_larger_than_the_cache_both_ways) {
+  std::vector<std::int32_t> keys(200000);
+  std::iota(keys.begin(), keys.end(), 0);
+  std::vector<std::int32_t> inserted = keys;
+  for (const bool shuffled : {false, true}) {
+    if (shuffled) std::ranges::shuffle(inserted, std::mt19937(11));
+    IntegerSet set;
+    for (const std::int32_t key : inserted) set.insert_unique(key);
+    EXPECT_EQ(keys_in_order(set), keys);
+    std::vector<std::int32_t> backwards;
+    auto position = set.end();
+    for (IntegerSet::retreat(position); !position.is_end(); IntegerSet::retreat(position)) {
+      backwards.push_back(position.entry().key);
+    }
+    EXPECT_TRUE(std::ranges::equal(backwards.rbegin(), backwards.rend(), keys.begin(), keys.end()));
+  }
+}
+
 TEST(OrderedStorage, stays_at_the_end) {
   IntegerSet set;
   auto position = set.end();
