@@ -257,23 +257,23 @@ TEST_P(MapChangedInsideAComparison, by_assigning_through_an_iterator) {
   inside_every_searcher("assignment through an iterator");
 }
 
-class MapWhoseKeyGoes : public support::ClassTest {
- protected:
-  /// The service that locks the map's values; none for integers.
-  const char* value_lock() const {
-    if (container_class().value == ElementType::string) return "REALLockString";
-    return container_class().value == ElementType::variant ? "REALLockObject" : nullptr;
-  }
-};
+/// The service that locks an element; none for integers.
+const char* lock_service(ElementType type) {
+  if (type == ElementType::string) return "REALLockString";
+  return type == ElementType::variant ? "REALLockObject" : nullptr;
+}
+
+class MapWhoseKeyGoes : public support::ClassTest {};
 ZRB_FOR_CLASSES(MapWhoseKeyGoes, support::map_classes());
 
 // A key that is found can be removed while the value for it is locked.
 TEST_P(MapWhoseKeyGoes, as_its_value_is_locked_holds_no_value_for_good) {
-  if (value_lock() == nullptr) GTEST_SKIP() << "nothing is locked";
+  const char* const value_lock = lock_service(*container_class().value);
+  if (value_lock == nullptr) GTEST_SKIP() << "nothing is locked";
   const Element new_value = value(5);
   for (std::uint64_t n = 1; n <= 8; ++n) {
     const Container map = make_with(3);
-    host().faults().call_at(value_lock(), n, [&] { map.remove(key(1)); });
+    host().faults().call_at(value_lock, n, [&] { map.remove(key(1)); });
     map.put(key(1), new_value);
     host().faults().clear();
     map.clear();
@@ -281,6 +281,33 @@ TEST_P(MapWhoseKeyGoes, as_its_value_is_locked_holds_no_value_for_good) {
     EXPECT_EQ(map.count(), 1) << n;
     EXPECT_EQ(support::locks(new_value), support::one_lock(new_value)) << n;
   }
+}
+
+class ContainerThatIsCleared : public support::ClassTest {
+ protected:
+  /// Reads part of the only element, which nobody else holds, and clears the container when the
+  /// host is asked to lock it.
+  template <class Read>
+  void as_it_is_read(ElementType type, const Element& same, Read read) {
+    const char* const lock = lock_service(type);
+    if (lock == nullptr) return;
+    const Container container = make();
+    container.put(key(1), value(1));
+    const Iterator position = container.first();
+    host().faults().call_at(lock, 1, [&] { container.clear(); });
+    const Element element = read(position);
+    host().faults().clear();
+    EXPECT_TRUE(container.empty());
+    EXPECT_EQ(support::locks(element), support::one_lock(element));
+    EXPECT_EQ(support::describe(element), support::describe(same));
+  }
+};
+ZRB_FOR_CLASSES(ContainerThatIsCleared, support::all_classes());
+
+TEST_P(ContainerThatIsCleared, as_an_element_is_handed_out_keeps_it_alive_so_long) {
+  const ContainerClass& c = container_class();
+  as_it_is_read(c.key, key(1), [](const Iterator& at) { return at.key(); });
+  if (c.is_map()) as_it_is_read(*c.value, value(1), [](const Iterator& at) { return at.value(); });
 }
 
 }  // namespace

@@ -46,6 +46,11 @@ HostBoolean data_but_no(REALstring, std::uint32_t encoding, REALstringData* reco
   return HostBoolean::no;
 }
 
+HostBoolean no_stored_bytes(REALstring string, std::uint32_t encoding, REALstringData* record) {
+  return encoding == host_encoding::as_stored ? data_but_no(string, encoding, record)
+                                              : services::get_string_data(string, encoding, record);
+}
+
 HostBoolean data_in_another_encoding(REALstring string, std::uint32_t, REALstringData* record) {
   return services::get_string_data(string, host_encoding::utf16, record);
 }
@@ -135,6 +140,16 @@ TEST_P(GarbageTexts, data_that_come_with_a_refusal_are_neither_read_nor_disposed
   host().calls().reset();
   expect_one_key();
   EXPECT_EQ(host().calls().of("PluginDisposeStringData"), 0U);
+}
+
+TEST_P(GarbageTexts, bytes_without_an_encoding_that_come_with_a_refusal_are_no_text) {
+  restart_with({{"PluginGetStringData", lie(&no_stored_bytes)}});
+  const Container container = make();
+  container.put(text("alpha", host_encoding::as_stored), value(1));
+  EXPECT_TRUE(container.contains(text("")));
+  EXPECT_FALSE(container.contains(text({not_to_be_freed, sizeof not_to_be_freed})));
+  EXPECT_FALSE(container.contains(text("garbage")));
+  EXPECT_EQ(raised(), "");
 }
 
 TEST_P(GarbageTexts, a_length_that_is_too_short_cuts_the_text) {
