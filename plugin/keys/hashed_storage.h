@@ -43,18 +43,17 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
-#include <new>
 #include <type_traits>
 #include <utility>
 
 #include "keys/bucket_sizes.h"
 #include "keys/bucket_walk.h"
+#include "keys/buckets.h"
 #include "keys/entry.h"
 #include "keys/finish.h"
 #include "keys/hints.h"
 #include "keys/in_use.h"
 #include "keys/node_memory.h"
-#include "keys/remainder.h"
 
 /// `Hash(key)` gives 32 unsigned bits, `Equal(stored, key)` a boolean; both are stateless. Where an
 /// operation takes a `Probe`, that is a Key or derived from one (a key prepared for a search), and
@@ -108,7 +107,7 @@ class HashedStorage : public Usable {
 
   std::uint32_t size() const { return size_; }
   bool empty() const { return size_ == 0; }
-  std::uint32_t bucket_count() const { return buckets_.count; }
+  std::uint32_t bucket_count() const { return buckets_.count(); }
   static constexpr std::uint32_t max_size() { return std::numeric_limits<std::uint32_t>::max(); }
 
   /// The first element, or the end. O(empty buckets before it).
@@ -217,7 +216,7 @@ class HashedStorage : public Usable {
     const std::uint32_t first_hash = Hash{}(first.node->key);
     const std::uint32_t last_hash = last.is_end() ? 0 : Hash{}(last.node->key);
     const std::uint32_t first_bucket = buckets_.of(first_hash);
-    const std::uint32_t last_bucket = last.is_end() ? buckets_.count : buckets_.of(last_hash);
+    const std::uint32_t last_bucket = last.is_end() ? buckets_.count() : buckets_.of(last_hash);
     if (first_bucket > last_bucket) return;
     NodeLink* link = link_to(first.node, first_bucket);
     if (link == nullptr) return;
@@ -240,7 +239,7 @@ class HashedStorage : public Usable {
       count_change();
     } else {
       Unlinked unlinked(*this);
-      for (std::uint32_t bucket = 0; bucket < buckets_.count; ++bucket) {
+      for (std::uint32_t bucket = 0; bucket < buckets_.count(); ++bucket) {
         prefetch_ahead(bucket);
         unlinked.take_chain(buckets_[bucket], nullptr);
       }
@@ -275,28 +274,6 @@ class HashedStorage : public Usable {
   // What calls nobody needs no guard.
   using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<HashedStorage>>;
   using RemovalUse = ElementUse;
-
-  struct Buckets {
-    explicit Buckets(std::uint32_t bucket_count)
-        : heads(std::make_unique<NodeLink[]>(within_limit(bucket_count))),
-          remainder(bucket_count),
-          count(bucket_count) {}
-
-    // What the host's own address space could hold, in a wider one too.
-    static std::size_t within_limit(std::uint32_t bucket_count) {
-      if (bucket_count >= 0x40000000) throw std::bad_alloc();
-      return bucket_count;
-    }
-
-    NodeLink& operator[](std::uint32_t bucket) { return heads[bucket]; }
-    NodeLink operator[](std::uint32_t bucket) const { return heads[bucket]; }
-    std::uint32_t of(std::uint32_t hash) const { return remainder(hash); }
-    void forget_all() { std::fill_n(heads.get(), count, no_node); }
-
-    std::unique_ptr<NodeLink[]> heads;
-    Remainder remainder;
-    std::uint32_t count;
-  };
 
   // Nodes that were taken out of the table and are still to be destroyed, in the order in which
   // they were taken. Within another operation, that is left to the end of it.
@@ -422,7 +399,7 @@ class HashedStorage : public Usable {
   }
 
   Element* first_element_from(std::uint32_t bucket) {
-    for (; bucket < buckets_.count; ++bucket) {
+    for (; bucket < buckets_.count(); ++bucket) {
       prefetch_ahead(bucket);
       if (buckets_[bucket] != no_node) return &element(buckets_[bucket]);
     }
@@ -430,13 +407,13 @@ class HashedStorage : public Usable {
   }
 
   Walk walk_all() const {
-    return Walk(buckets_.heads.get(), buckets_.count, size_ >= cached_elements);
+    return Walk(buckets_.begin(), buckets_.count(), size_ >= cached_elements);
   }
 
   // For whoever goes through the buckets one by one.
   ZRB_ALWAYS_INLINE void prefetch_ahead(std::uint32_t bucket) const {
     if (size_ >= cached_elements)
-      Walk::prefetch_ahead(buckets_.heads.get() + bucket, buckets_.count - bucket);
+      Walk::prefetch_ahead(buckets_.begin() + bucket, buckets_.count() - bucket);
   }
 
   template <class Probe>
@@ -508,9 +485,9 @@ class HashedStorage : public Usable {
   }
 
   void make_room_for_one() {
-    if (size_ < buckets_.count) [[likely]]
+    if (size_ < buckets_.count()) [[likely]]
       return;
-    for (int attempts = 0; attempts < search_attempts && size_ >= buckets_.count; ++attempts) {
+    for (int attempts = 0; attempts < search_attempts && size_ >= buckets_.count(); ++attempts) {
       grow(bucket_size_for(size_ + 1));
     }
   }
@@ -527,7 +504,7 @@ class HashedStorage : public Usable {
       if (changes() != changes_before) return;
       move_all(larger, [next = hashes.get()](const Key&) mutable { return *next++; });
     }
-    std::swap(buckets_, larger);
+    buckets_.swap(larger);
     count_change();
   }
 

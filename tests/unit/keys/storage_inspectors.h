@@ -28,7 +28,7 @@ struct HashedStorageInspector {
     std::ostringstream state;
     std::uint32_t elements = 0;
     std::string wrong;
-    for (std::uint32_t bucket = 0; bucket < storage.buckets_.count; ++bucket) {
+    for (std::uint32_t bucket = 0; bucket < storage.buckets_.count(); ++bucket) {
       if (storage.buckets_[bucket] == no_node) continue;
       state << "\n  bucket " << bucket << ':';
       for (NodeLink link = storage.buckets_[bucket]; link != no_node;) {
@@ -37,18 +37,18 @@ struct HashedStorageInspector {
         const std::int32_t number = number_of(element.key);
         state << ' ' << number;
         ++elements;
-        if (static_cast<std::uint32_t>(number) % storage.buckets_.count != bucket) {
+        if (static_cast<std::uint32_t>(number) % storage.buckets_.count() != bucket) {
           wrong = "a key lies in a foreign bucket";
         }
         if (elements > storage.size_) break;  // perhaps a cycle
       }
     }
     if (elements != storage.size_) wrong = "size() is not the number of elements";
-    if (storage.size_ > storage.buckets_.count) wrong = "more elements than buckets";
-    if (!std::ranges::count(bucket_sizes, storage.buckets_.count)) wrong = "no prime of the list";
+    if (storage.size_ > storage.buckets_.count()) wrong = "more elements than buckets";
+    if (!std::ranges::count(bucket_sizes, storage.buckets_.count())) wrong = "no prime of the list";
     if (wrong.empty()) return testing::AssertionSuccess();
     return testing::AssertionFailure() << wrong << "; size " << storage.size_ << ", "
-                                       << storage.buckets_.count << " buckets" << state.str();
+                                       << storage.buckets_.count() << " buckets" << state.str();
   }
 };
 

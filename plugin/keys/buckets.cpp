@@ -1,0 +1,55 @@
+#include "keys/buckets.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <new>
+
+#include "keys/node_blocks.h"
+
+namespace {
+
+// Where nodes have a region of their own, arrays of a middle size lie there too: the heap would ask
+// the system for each of them anew, page by page, and give it back at once, which takes longer than
+// to fill the array. Larger ones fit no block; of smaller ones too much of a block would be unused.
+constexpr bool has_region = sizeof(void*) > sizeof(NodeLink);
+constexpr std::size_t smallest_in_region = std::size_t{64} << 10;
+
+std::size_t bytes_of(std::uint32_t count) {
+  return std::size_t{count} * sizeof(NodeLink);
+}
+
+bool is_in_region(std::uint32_t count) {
+  return has_region && bytes_of(count) >= smallest_in_region &&
+         bytes_of(count) <= largest_node_block;
+}
+
+std::uint32_t block_bytes(std::uint32_t count) {
+  return static_cast<std::uint32_t>(std::bit_ceil(bytes_of(count)));
+}
+
+// As many as the host's own address space could hold, in a wider one too.
+void* allocate_heads(std::uint32_t count) {
+  if (count >= 0x40000000) throw std::bad_alloc();
+  return is_in_region(count) ? allocate_node_block(block_bytes(count))
+                             : ::operator new(bytes_of(count));
+}
+
+}  // namespace
+
+Buckets::Buckets(std::uint32_t count)
+    : heads_(static_cast<NodeLink*>(allocate_heads(count))), remainder_(count), count_(count) {
+  forget_all();
+}
+
+Buckets::~Buckets() {
+  if (is_in_region(count_)) {
+    release_node_block(reinterpret_cast<std::byte*>(heads_), block_bytes(count_));
+  } else {
+    ::operator delete(heads_);
+  }
+}
+
+void Buckets::forget_all() {
+  std::fill_n(heads_, count_, no_node);
+}
