@@ -50,9 +50,10 @@ TreeLinks* RedBlackTree::step(TreeLinks* node) const {
   if (node->*Forwards != nil_) {
     TreeLinks* found = &at(node->*Forwards);
     int levels = 0;
-    for (; found->*Backwards != nil_; ++levels) {
+    while (found->*Backwards != nil_) {
       prefetch(&at(found->*Forwards));
       found = &at(found->*Backwards);
+      ++levels;
     }
     prefetch(&at(found->*Forwards));
     if (levels >= group_levels && memory_.bytes() >= cached_bytes) [[unlikely]]
