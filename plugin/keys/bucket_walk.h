@@ -37,10 +37,10 @@ class BucketWalk {
       if (is_large_) prefetch_ahead(next_, static_cast<std::uint32_t>(end_ - next_));
       const NodeLink first = *next_++;
       links_[count] = first;
-      count += first != no_node ? 1 : 0;
+      count += first != no_node ? 1U : 0U;
       const NodeLink second = readable(first).next;
       links_[count] = second;
-      count += second != no_node ? 1 : 0;
+      count += second != no_node ? 1U : 0U;
       rest_ = readable(second).next;
     }
     count_ = count;
