@@ -26,7 +26,6 @@ class Buckets {
   std::uint32_t count() const { return count_; }
   const NodeLink* begin() const { return heads_; }
   NodeLink& operator[](std::uint32_t bucket) { return heads_[bucket]; }
-  NodeLink operator[](std::uint32_t bucket) const { return heads_[bucket]; }
 
   /// The bucket that a hash belongs to.
   std::uint32_t of(std::uint32_t hash) const { return remainder_(hash); }

@@ -451,6 +451,22 @@ TEST(HashedStorageInUse, finds_a_key_although_the_table_grows_without_a_new_elem
   EXPECT_EQ(set.bucket_count(), 389U);
 }
 
+TEST(HashedStorageInUse, hashes_no_further_key_for_a_growth_that_is_no_longer_needed) {
+  HashedSet set;
+  for (std::int32_t number = 0; number < 193; ++number) set.insert_unique(CallingKey(number));
+  int hashes = 0;
+  std::function<void()> remove_at_first = [&] {
+    if (++hashes == 1) set.erase(CallingKey(0));
+    CallingKey::on_hash = remove_at_first;
+  };
+  CallingKey::on_hash = remove_at_first;
+  set.insert_unique(CallingKey(1000));
+  CallingKey::on_hash = nullptr;
+  EXPECT_EQ(hashes, 2) << "of the first stored key and of the new one";
+  EXPECT_EQ(set.bucket_count(), 193U);
+  EXPECT_TRUE(check(set));
+}
+
 TEST(HashedStorageInUse, keeps_its_buckets_when_every_growth_is_disturbed) {
   HashedSet set;
   for (std::int32_t number = 0; number < 193; ++number) set.insert_unique(CallingKey(number));
