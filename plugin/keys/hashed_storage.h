@@ -18,9 +18,10 @@
 // Speed. The bucket is found without a division (remainder.h). A search for a key that asks nobody
 // reads zeros where a chain ends, instead of testing for the end first: such a test is guessed
 // wrong every other time. Growth, copies and exports go through the chains by a walk that guesses
-// nothing (bucket_walk.h); all that goes from bucket to bucket asks for nodes long before it comes
-// to them, and growth for the new buckets too, so that many cache misses are under way at once.
-// Elements that call nobody when they die are never visited for it.
+// nothing (bucket_walk.h), and a step over empty buckets by fours. In large tables, all that goes
+// from bucket to bucket asks for nodes long before it comes to them, and growth for the new buckets
+// too, so that many cache misses are under way at once. Elements that call nobody when they die are
+// never visited for it.
 //
 // Exceptions. Hash, equality, the copying of a key and the destruction of an element may throw,
 // unless they are declared noexcept. The table then stays valid, nothing is leaked, and the
@@ -270,6 +271,8 @@ class HashedStorage : public Usable {
   using Walk = BucketWalk<Element>;
 
   static constexpr std::uint32_t cached_elements = 4096;  // fewer need no prefetch
+  // Fewer plain ones need none for a step: a program does more between two steps than a walk does.
+  static constexpr std::uint32_t cached_steps = 65536;
 
   // What calls nobody needs no guard.
   using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<HashedStorage>>;
@@ -399,6 +402,13 @@ class HashedStorage : public Usable {
   }
 
   Element* first_element_from(std::uint32_t bucket) {
+    if (!plain_elements || size_ >= cached_steps) return first_element_far_from(bucket);
+    bucket = buckets_.first_filled(bucket);
+    return bucket == buckets_.count() ? nullptr : &element(buckets_[bucket]);
+  }
+
+  // The same where elements, or what they hold, are far away. Not inline, for the sake of others.
+  [[gnu::noinline]] Element* first_element_far_from(std::uint32_t bucket) {
     for (; bucket < buckets_.count(); ++bucket) {
       prefetch_ahead(bucket);
       if (buckets_[bucket] != no_node) return &element(buckets_[bucket]);

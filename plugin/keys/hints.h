@@ -14,9 +14,9 @@ inline bool unpredictable(bool condition) {
 #endif
 }
 
-/// For functions that only prefetch: gcc takes a call of one for a call without effect, and drops
-/// it before it is inlined. Without optimisation there is no such call to lose, and one copy of the
-/// function can be stepped through and counted.
+/// For functions that take no longer than their call; and for those that only prefetch: gcc takes a
+/// call of one for a call without effect, and drops it before it is inlined. Without optimisation
+/// there is no such call to lose, and one copy of the function can be stepped through and counted.
 #if defined(__GNUC__) && defined(__OPTIMIZE__)
 #define ZRB_ALWAYS_INLINE [[gnu::always_inline]] inline
 #else

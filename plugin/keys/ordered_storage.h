@@ -84,8 +84,8 @@ class OrderedStorage : public Usable {
   }
 
   /// The smallest element, or the end. O(1).
-  Position begin() { return position(tree_.smallest()); }
-  Position end() { return position(nil()); }
+  Position begin() noexcept { return position(tree_.smallest()); }
+  Position end() noexcept { return position(nil()); }
 
   /// Moves to the next larger element, from the largest to the end; stays at the end. O(log n).
   static void advance(Position& position) {
@@ -254,7 +254,7 @@ class OrderedStorage : public Usable {
   };
 
   NodeLink nil() const { return tree_.nil(); }
-  Position position(NodeLink node) { return {&tree_.at(node), this}; }
+  Position position(NodeLink node) noexcept { return {&tree_.at(node), this}; }
   Element& element(NodeLink node) const noexcept { return static_cast<Element&>(tree_.at(node)); }
   const Key& key_at(NodeLink node) const noexcept { return element(node).key; }
   NodeLink link_after(NodeLink node) { return link_to(tree_.successor(&tree_.at(node))); }

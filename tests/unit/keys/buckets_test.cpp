@@ -57,6 +57,22 @@ TEST(Buckets, change_places_with_others) {
   EXPECT_EQ(few[24592], 24593U);
 }
 
+TEST(Buckets, tell_the_first_one_that_is_filled) {
+  for (std::uint32_t count = 2; count < 14; ++count) {
+    for (std::uint32_t filled = 0; filled < count; ++filled) {
+      Buckets buckets(count);
+      buckets[filled] = 2;
+      for (std::uint32_t from = 0; from <= count; ++from) {
+        ASSERT_EQ(buckets.first_filled(from), from <= filled ? filled : count) << count;
+      }
+      buckets[count - 1] = 4;
+      for (std::uint32_t from = 0; from < count; ++from) {
+        ASSERT_EQ(buckets.first_filled(from), from <= filled ? filled : count - 1) << count;
+      }
+    }
+  }
+}
+
 TEST(Buckets, give_their_memory_back) {
   const std::size_t before = ::mallinfo2().uordblks;
   for (int round = 0; round < 5000; ++round) {

@@ -117,6 +117,15 @@ TEST(HashedStorage, keeps_the_order_of_the_witness_through_growth_and_removal) {
   }
 }
 
+TEST(HashedStorage, steps_through_tables_larger_than_the_cache_in_order) {
+  IntegerSet set;
+  std::mt19937 random(3);
+  while (set.size() < 70000) set.insert_unique(static_cast<std::int32_t>(random()));
+  EXPECT_EQ(keys_by_stepping(set), keys_in_order(set));
+  while (set.size() > 65535) set.erase(set.begin());
+  EXPECT_EQ(keys_by_stepping(set), keys_in_order(set));
+}
+
 TEST(HashedStorage, agrees_with_a_map_over_random_operations) {
   IntegerMap map;
   std::map<std::int32_t, std::int32_t> model;
