@@ -51,7 +51,26 @@ class StringKeys : public support::ClassTest {
   }
 };
 class NilStringKeys : public StringKeys {};
-class HashedStringKeys : public StringKeys {};
+
+class HashedStringKeys : public StringKeys {
+ protected:
+  /// Of texts that all differ.
+  void expect_the_order_of_the_witness(const std::vector<std::string>& texts) const {
+    const Container container = make();
+    support::BucketWitness witness;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+      put(container, texts[i]);
+      witness.insert(support::elf_hash(texts[i]), static_cast<int>(i));
+    }
+    std::vector<std::string> expected;
+    for (const int i : witness.order()) {
+      expected.push_back(support::describe(text(texts[static_cast<std::size_t>(i)])));
+    }
+    EXPECT_EQ(container.described_keys(), expected);
+    EXPECT_EQ(container.bin_count(), witness.bucket_count());
+  }
+};
+
 class OrderedStringKeys : public StringKeys {};
 
 bool has_text_keys(const support::ContainerClass& c) {
@@ -251,8 +270,6 @@ TEST_P(HashedStringKeys, all_encodings_of_a_text_fall_into_its_bucket) {
 }
 
 TEST_P(HashedStringKeys, words_of_many_lengths_follow_the_witness) {
-  const Container container = make();
-  support::BucketWitness witness;
   std::vector<std::string> words;
   for (int i = 0; i < 700; ++i) {
     std::string word;
@@ -269,15 +286,24 @@ TEST_P(HashedStringKeys, words_of_many_lengths_follow_the_witness) {
       }
     }
     words.push_back(well_formed);
-    put(container, well_formed);
-    witness.insert(support::elf_hash(well_formed), i);
   }
-  std::vector<std::string> expected;
-  for (const int i : witness.order()) {
-    expected.push_back(support::describe(text(words[static_cast<std::size_t>(i)])));
+  expect_the_order_of_the_witness(words);
+}
+
+TEST_P(HashedStringKeys, each_byte_of_short_and_long_texts_counts_for_the_bucket) {
+  std::vector<std::string> texts;
+  for (const std::string_view filling : {" "sv, "a"sv, "\x7F"sv}) {
+    for (std::size_t length = 1; length <= 20; ++length) {
+      std::string text;
+      while (text.size() < length) text += filling;
+      for (const std::string_view other : {"\1"sv, "Z"sv, "\xC2\x80"sv, "\xE9\x9F\xBF"sv}) {
+        for (std::size_t at = 0; at <= length; ++at) {
+          texts.push_back(std::string(text).insert(at, other));
+        }
+      }
+    }
   }
-  EXPECT_EQ(container.described_keys(), expected);
-  EXPECT_EQ(container.bin_count(), witness.bucket_count());
+  expect_the_order_of_the_witness(texts);
 }
 
 }  // namespace
