@@ -26,7 +26,7 @@ CHECK_SIZE = 1_000
 def read_options():
     parser = argparse.ArgumentParser(
         prog="tools/bench", description="Measures the plugin and its peers. A full run takes about "
-        "twenty minutes and writes docs/performance.md.")
+        "an hour and writes docs/performance.md.")
     parser.add_argument("--quick", action="store_true",
                         help="1e3 and 1e5 elements and three repetitions; only prints")
     parser.add_argument("--case", metavar="PATTERN", default="",
