@@ -1,5 +1,7 @@
 // Hosts that lack services: the classes behave the same through what such a host has instead, or
 // give neutral results where nothing can stand in.
+#include <malloc.h>
+
 #include "runtime/encodings.h"
 #include "runtime/strings.h"
 #include "runtime/variants.h"
@@ -112,7 +114,25 @@ TEST_P(TextFallbacks, string_data_come_through_the_c_string_and_lenb) {
 }
 
 TEST_P(TextFallbacks, the_plugin_frees_its_own_string_data_where_the_host_has_no_service_for_it) {
-  expect_same_behaviour_without({"PluginGetStringData", "PluginDisposeStringData"});
+  const std::initializer_list<const char*> missing = {"PluginGetStringData",
+                                                      "PluginDisposeStringData"};
+  expect_same_behaviour_without(missing);
+
+  standin::HostOptions options = default_options();
+  options.without.insert(missing.begin(), missing.end());
+  restart(options);
+  {
+    const Container container = make();
+    const std::string bytes(10'000, 'a');
+    const Element text = container_class().key == ElementType::string
+                             ? support::string(bytes)
+                             : support::variant_string(bytes);
+    container.put(text, value(1));
+    const std::size_t before = ::mallinfo2().uordblks;
+    for (int i = 0; i < 500; ++i) EXPECT_TRUE(container.contains(text));
+    EXPECT_LT(::mallinfo2().uordblks, before + 1'000'000);
+  }
+  restart(default_options());
 }
 
 TEST_P(TextFallbacks, a_host_before_2012_converts_strings) {
