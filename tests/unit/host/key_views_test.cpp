@@ -56,4 +56,18 @@ TEST_F(KeyViews, compare_nil_without_asking_for_its_type) {
   EXPECT_EQ(host_.calls().total(), 0U);
 }
 
+// An address alone: a comparison with nil looks at no object.
+TEST_F(KeyViews, compare_addresses_that_have_half_of_their_bits_in_common) {
+  for (const std::uintptr_t high : {1U, 2U, 0x7FFFU}) {
+    for (const std::uintptr_t low : {0x0U, 0x1000U, 0x7FFFF000U, 0x80000000U, 0xFFFFF000U}) {
+      const std::uintptr_t address = sizeof(high) > 4 ? (high << 16 << 16) | low : low / 2;
+      if (address == 0) continue;
+      VariantView nil(nullptr);
+      VariantView far(reinterpret_cast<REALobject>(address));
+      EXPECT_LT(Compare(nil, far), 0) << address;
+      EXPECT_GT(Compare(far, nil), 0) << address;
+    }
+  }
+}
+
 }  // namespace
