@@ -43,6 +43,8 @@ def read_options():
     parser.add_argument("--budget", type=float, default=float("inf"), metavar="SECONDS",
                         help="of tests against one mutant; who outlives them counts as a survivor, "
                         "though a later test might have killed it (no limit)")
+    parser.add_argument("--report", action="store_true",
+                        help="only print what the last run found, which may have been broken off")
     parser.add_argument("--first", type=int, metavar="N", help="only the first N of what is chosen")
     return parser.parse_args()
 
@@ -106,11 +108,18 @@ class Run:
         self.texts = texts
         self.mutants = mutants
         self.results = []
+        self._explanations = outcomes.Explanations(os.path.join(HERE, "equivalent.txt"))
         if options.goes_on:
-            self.results = outcomes.settled_in(os.path.join(WORK, "results.tsv"), mutants)
+            self.results = outcomes.settled(self.last_results())
         self._lock = threading.Lock()
         self._alone = None  # where mutants are built alone
-        self._explanations = outcomes.Explanations(os.path.join(HERE, "equivalent.txt"))
+
+    def last_results(self):
+        return outcomes.results_in(os.path.join(WORK, "results.tsv"), self.mutants,
+                                   self._explanations)
+
+    def report(self, results):
+        print(outcomes.report(results, len(self.mutants), self._explanations))
 
     def execute(self):
         names = tests.THOROUGH if self.options.thorough else tests.FAST
@@ -146,7 +155,6 @@ class Run:
         print(f"built in {built - begin:.0f} s, tests measured in {measured - built:.0f} s, "
               f"mutants run in {time.monotonic() - measured:.0f} s", file=sys.stderr)
         self.results.sort(key=lambda result: result.mutant.number)
-        return self._explanations
 
     def write(self):
         options = self.options
@@ -221,13 +229,16 @@ def main():
         print("mutate: no mutant fits", file=sys.stderr)
         return 1
     run = Run(options, texts, mutants)
+    if options.report:
+        run.report(run.last_results())
+        return 0
     try:
-        explanations = run.execute()
+        run.execute()
     except BuildFailure as failure:
         print(f"mutate: the build fails:\n{failure}", file=sys.stderr)
         return 1
     run.write()
-    print(outcomes.report(run.results, explanations))
+    run.report(run.results)
     return 0
 
 

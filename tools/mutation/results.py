@@ -75,13 +75,22 @@ def survivors_in(path):
     return {_key(row) for row in _rows(path) if row["outcome"] in (SURVIVED, EQUIVALENT)}
 
 
-def settled_in(path, mutants):
-    """The results of those mutants that an earlier run killed, or could not build alone."""
+def results_in(path, mutants, explanations):
+    """The results of those mutants that an earlier run came to."""
     rows = {(*_key(row), int(row["line"])): row for row in _rows(path)}
     found = [(mutant, rows.get((*mutant.key, mutant.line))) for mutant in mutants]
-    return [Result(mutant, row["outcome"], row["killer"], float(row["seconds"]))
-            for mutant, row in found
-            if row and (row["outcome"] == KILLED or row["outcome"] == REFUSED and mutant.alone)]
+    return [Result(mutant, _outcome_now(row["outcome"], mutant, explanations), row["killer"],
+                   float(row["seconds"])) for mutant, row in found if row]
+
+
+def _outcome_now(outcome, mutant, explanations):
+    return EQUIVALENT if outcome == SURVIVED and explanations.of(mutant) else outcome
+
+
+def settled(results):
+    """Those of mutants that were killed, or could not be built alone."""
+    return [result for result in results if result.outcome == KILLED
+            or result.outcome == REFUSED and result.mutant.alone]
 
 
 def table(title, results, label):
@@ -106,10 +115,13 @@ def share(killed, counted):
     return f"{100 * killed / counted:5.1f} %" if counted else "    -"
 
 
-def report(results, explanations):
-    parts = [table("file", results, lambda mutant: mutant.path),
-             table("kind", results, lambda mutant: mutant.kind),
-             table("region", results, lambda mutant: mutant.region or "elsewhere")]
+def report(results, mutant_count, explanations):
+    parts = []
+    if len(results) < mutant_count:
+        parts.append(f"not run: {mutant_count - len(results)} of {mutant_count} mutants")
+    parts += [table("file", results, lambda mutant: mutant.path),
+              table("kind", results, lambda mutant: mutant.kind),
+              table("region", results, lambda mutant: mutant.region or "elsewhere")]
     survived = [result for result in results if result.outcome == SURVIVED]
     if survived:
         parts.append("Survivors without an explanation:\n\n" + "\n\n".join(
