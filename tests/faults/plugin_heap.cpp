@@ -139,11 +139,13 @@ void operator delete[](void* block, std::size_t) noexcept {
 }
 
 #ifndef ZRB_HAS_ADDRESS_SANITIZER
-extern "C" void* malloc(std::size_t size) noexcept {
+// To be found by the plugin, these have to be visible; gcc takes that for granted, clang does not.
+extern "C" [[gnu::visibility("default")]] void* malloc(std::size_t size) noexcept {
   if (is_plugin(__builtin_return_address(0)) && fails_now()) return nullptr;
   return __libc_malloc(size);
 }
-extern "C" void* calloc(std::size_t count, std::size_t size) noexcept {
+extern "C" [[gnu::visibility("default")]] void* calloc(std::size_t count,
+                                                       std::size_t size) noexcept {
   if (is_plugin(__builtin_return_address(0)) && fails_now()) return nullptr;
   return __libc_calloc(count, size);
 }
