@@ -271,8 +271,9 @@ class HashedStorage : public Usable {
   using Walk = BucketWalk<Element>;
 
   static constexpr std::uint32_t cached_elements = 4096;  // fewer need no prefetch
-  // Fewer plain ones need none for a step: a program does more between two steps than a walk does.
-  static constexpr std::uint32_t cached_steps = 65536;
+  // Fewer plain ones are near enough that a step needs none, since a program does more between two
+  // steps than a walk does, and that a search better loads two nodes than guesses.
+  static constexpr std::uint32_t near_elements = 65536;
 
   // What calls nobody needs no guard.
   using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<HashedStorage>>;
@@ -402,7 +403,7 @@ class HashedStorage : public Usable {
   }
 
   Element* first_element_from(std::uint32_t bucket) {
-    if (!plain_elements || size_ >= cached_steps) return first_element_far_from(bucket);
+    if (!plain_elements || size_ >= near_elements) return first_element_far_from(bucket);
     bucket = buckets_.first_filled(bucket);
     return bucket == buckets_.count() ? nullptr : &element(buckets_[bucket]);
   }
@@ -432,17 +433,36 @@ class HashedStorage : public Usable {
       // Most chains have no more than two nodes. Where one ends before, zeros are read and
       // compared instead, which is no element either; a test for the end would be guessed wrong.
       const NodeLink first = buckets_[buckets_.of(hash)];
+      if (size_ < near_elements) return find_link_near(first, key);
       const auto* const one = readable_element(first);
       if (Equal{}(one->key, key)) return first;
       const NodeLink second = one->next;
       const auto* const two = readable_element(second);
       if (Equal{}(two->key, key)) return second;
-      NodeLink link = two->next;
-      while (link != no_node && !Equal{}(element(link).key, key)) link = element(link).next;
-      return link;
+      return find_link_behind(*two, key);
     } else {
       return find_link_asking(hash, key);
     }
+  }
+
+  // In the chain that begins with `first`. Which of the two nodes it is, if any, is guessed wrong at
+  // every fourth hit. To choose without a branch needs both of them, which far away would take
+  // longer.
+  template <class Probe>
+  ZRB_ALWAYS_INLINE NodeLink find_link_near(NodeLink first, const Probe& key) const {
+    const Element& one = *readable_element(first);
+    const NodeLink second = one.next;
+    const Element& two = *readable_element(second);
+    NodeLink link = opaque(unpredictable(Equal{}(two.key, key)) ? second : no_node);
+    link = opaque(unpredictable(Equal{}(one.key, key)) ? first : link);
+    return link != no_node ? link : find_link_behind(two, key);
+  }
+
+  template <class Probe>
+  ZRB_ALWAYS_INLINE NodeLink find_link_behind(const Element& before, const Probe& key) const {
+    NodeLink link = before.next;
+    while (link != no_node && !Equal{}(element(link).key, key)) link = element(link).next;
+    return link;
   }
 
   // The same for keys that ask the host when they are compared. Not inline: the call is nothing

@@ -14,6 +14,16 @@ inline bool unpredictable(bool condition) {
 #endif
 }
 
+/// The same value, of which the compiler knows nothing from here on: what it could conclude from a
+/// choice would make a branch of it again.
+template <class Value>
+Value opaque(Value value) {
+#if defined(__GNUC__)
+  asm("" : "+r"(value));
+#endif
+  return value;
+}
+
 /// For functions that take no longer than their call; and for those that only prefetch: gcc takes a
 /// call of one for a call without effect, and drops it before it is inlined. Without optimisation
 /// there is no such call to lose, and one copy of the function can be stepped through and counted.
