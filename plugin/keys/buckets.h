@@ -12,6 +12,12 @@
 
 class Buckets {
  public:
+  /// A bucket and the first node of its chain.
+  struct Filled {
+    std::uint32_t bucket;
+    NodeLink head;
+  };
+
   /// `count` of them, at least 2, all empty. std::bad_alloc when there is no memory, or the host's
   /// own address space could not hold them. O(count).
   explicit Buckets(std::uint32_t count);
@@ -32,18 +38,18 @@ class Buckets {
   /// The bucket that a hash belongs to.
   std::uint32_t of(std::uint32_t hash) const { return remainder_(hash); }
 
-  /// The first bucket from `bucket` on that is not empty; `count()` when there is none. Looks at
-  /// four at once: how many empty ones follow each other would be guessed wrong. O(buckets passed).
-  ZRB_ALWAYS_INLINE std::uint32_t first_filled(std::uint32_t bucket) const {
-    for (; bucket + 4 <= count_; bucket += 4) {
-      const NodeLink* const heads = heads_ + bucket;
-      const std::uint32_t filled =
-          std::uint32_t{heads[0] != no_node} | std::uint32_t{heads[1] != no_node} << 1 |
-          std::uint32_t{heads[2] != no_node} << 2 | std::uint32_t{heads[3] != no_node} << 3;
-      if (filled != 0) return bucket + static_cast<std::uint32_t>(std::countr_zero(filled));
-    }
-    while (bucket < count_ && heads_[bucket] == no_node) ++bucket;
-    return bucket;
+  /// The first of four buckets, from `bucket` on, that is not empty; the last one, if all are.
+  /// Without a branch on them, since how many empty ones follow each other would be guessed wrong.
+  ZRB_ALWAYS_INLINE Filled first_filled_of_four(std::uint32_t bucket) const {
+    const NodeLink* const heads = heads_ + bucket;
+    Filled filled = {bucket + 3, heads[3]};
+    filled.bucket = choose(opaque(heads[2]) != no_node, bucket + 2, filled.bucket);
+    filled.head = choose(heads[2] != no_node, heads[2], filled.head);
+    filled.bucket = choose(opaque(heads[1]) != no_node, bucket + 1, filled.bucket);
+    filled.head = choose(heads[1] != no_node, heads[1], filled.head);
+    filled.bucket = choose(opaque(heads[0]) != no_node, bucket, filled.bucket);
+    filled.head = choose(heads[0] != no_node, heads[0], filled.head);
+    return filled;
   }
 
   /// Empties all of them. O(count).

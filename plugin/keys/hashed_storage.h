@@ -17,11 +17,12 @@
 //
 // Speed. The bucket is found without a division (remainder.h). A search for a key that asks nobody
 // reads zeros where a chain ends, instead of testing for the end first: such a test is guessed
-// wrong every other time. Growth, copies and exports go through the chains by a walk that guesses
-// nothing (bucket_walk.h), and a step over empty buckets by fours. In large tables, all that goes
-// from bucket to bucket asks for nodes long before it comes to them, and growth for the new buckets
-// too, so that many cache misses are under way at once. Elements that call nobody when they die are
-// never visited for it.
+// wrong every other time. In tables that are not large it looks at the first two nodes of the chain
+// and then chooses, also without a branch. Growth, copies and exports go through the chains by a
+// walk that guesses nothing (bucket_walk.h), and a step chooses between the next node of the chain
+// and that of the next four buckets. In large tables, all that goes from bucket to bucket asks for
+// nodes long before it comes to them, and growth for the new buckets too, so that many cache misses
+// are under way at once. Elements that call nobody when they die are never visited for it.
 //
 // Exceptions. Hash, equality, the copying of a key and the destruction of an element may throw,
 // unless they are declared noexcept. The table then stays valid, nothing is leaked, and the
@@ -73,6 +74,7 @@ class HashedStorage : public Usable {
   struct Position {
     Element* node = nullptr;
     HashedStorage* table = nullptr;
+    std::uint32_t bucket = 0;  // where the last step found the element; it may have moved since
 
     bool is_end() const { return node == nullptr; }
     Element& entry() const { return *node; }
@@ -112,21 +114,18 @@ class HashedStorage : public Usable {
   static constexpr std::uint32_t max_size() { return std::numeric_limits<std::uint32_t>::max(); }
 
   /// The first element, or the end. O(empty buckets before it).
-  Position begin() { return {first_element_from(0), this}; }
-  Position end() { return {nullptr, this}; }
+  Position begin() {
+    Position position = end();
+    position.node = first_element_from(position.bucket);
+    return position;
+  }
+  Position end() { return {nullptr, this, 0}; }
 
   /// Moves to the next element, or to the end; stays at the end. Hashes the key at a chain's end.
   static void advance(Position& position) {
-    const Element* element = position.node;
-    if (element == nullptr) return;
+    if (position.is_end()) return;
     HashedStorage& table = *position.table;
-    if (element->next != no_node) {
-      position.node = &table.element(element->next);
-      return;
-    }
-    const SearchUse use(table);
-    const std::uint32_t hash = Hash{}(element->key);
-    position.node = table.first_element_from(table.buckets_.of(hash) + 1);
+    plain_elements ? table.advance_guessing_nothing(position) : table.advance_by_chain(position);
   }
 
   /// Calls `visit(element)` for each element in order, until it returns false. Hashes nothing.
@@ -149,8 +148,9 @@ class HashedStorage : public Usable {
   template <class Probe>
   Position find(const Probe& key) {
     const SearchUse use(*this);
-    const NodeLink found = find_link(Hash{}(key), key);
-    return {found == no_node ? nullptr : &element(found), this};
+    const std::uint32_t hash = Hash{}(key);
+    const NodeLink found = find_link(hash, key);
+    return {found == no_node ? nullptr : &element(found), this, buckets_.of(hash)};
   }
 
   /// 1 when the key is there, else 0. O(1).
@@ -272,7 +272,7 @@ class HashedStorage : public Usable {
 
   static constexpr std::uint32_t cached_elements = 4096;  // fewer need no prefetch
   // Fewer plain ones are near enough that a step needs none, since a program does more between two
-  // steps than a walk does, and that a search better loads two nodes than guesses.
+  // steps than a walk does; and that a search does better to load two nodes than to guess.
   static constexpr std::uint32_t near_elements = 65536;
 
   // What calls nobody needs no guard.
@@ -402,14 +402,45 @@ class HashedStorage : public Usable {
     return added;
   }
 
-  Element* first_element_from(std::uint32_t bucket) {
-    if (!plain_elements || size_ >= near_elements) return first_element_far_from(bucket);
-    bucket = buckets_.first_filled(bucket);
-    return bucket == buckets_.count() ? nullptr : &element(buckets_[bucket]);
+  // Whether a chain goes on, and how many empty buckets follow it, is guessed wrong at every other
+  // step. So both ways are looked up, and one is chosen.
+  void advance_guessing_nothing(Position& position) {
+    // Nearly always the bucket of the last step: to go on from there, and compare meanwhile, takes
+    // the key and its hash out of what a step waits for.
+    const std::uint32_t home = buckets_.of(Hash{}(position.node->key));
+    const std::uint32_t bucket = opaque(position.bucket) == home ? position.bucket : opaque(home);
+    if (buckets_.count() - bucket > 4) [[likely]] {
+      if (size_ >= near_elements) {
+        // About as many buckets as a step passes.
+        prefetch_ahead(bucket + 1);
+        prefetch_ahead(bucket + 2);
+        prefetch_ahead(bucket + 3);
+      }
+      const auto behind = buckets_.first_filled_of_four(bucket + 1);
+      const NodeLink chained = position.node->next;
+      const NodeLink link = choose(opaque(chained) != no_node, chained, behind.head);
+      if (link != no_node) [[likely]] {
+        position.bucket = choose(chained != no_node, bucket, behind.bucket);
+        position.node = &element(link);
+        return;
+      }
+    }
+    advance_by_chain(position);
   }
 
-  // The same where elements, or what they hold, are far away. Not inline, for the sake of others.
-  [[gnu::noinline]] Element* first_element_far_from(std::uint32_t bucket) {
+  // Not inline, for the sake of others.
+  [[gnu::noinline]] void advance_by_chain(Position& position) {
+    if (const NodeLink next = position.node->next; next != no_node) {
+      position.node = &element(next);
+      return;
+    }
+    const SearchUse use(*this);
+    position.bucket = buckets_.of(Hash{}(position.node->key)) + 1;
+    position.node = first_element_from(position.bucket);
+  }
+
+  // Moves `bucket` on to where the element is.
+  Element* first_element_from(std::uint32_t& bucket) {
     for (; bucket < buckets_.count(); ++bucket) {
       prefetch_ahead(bucket);
       if (buckets_[bucket] != no_node) return &element(buckets_[bucket]);
@@ -445,16 +476,16 @@ class HashedStorage : public Usable {
     }
   }
 
-  // In the chain that begins with `first`. Which of the two nodes it is, if any, is guessed wrong at
-  // every fourth hit. To choose without a branch needs both of them, which far away would take
+  // In the chain that begins with `first`. Which of the two nodes it is, if any, is guessed wrong
+  // at every fourth hit. To choose without a branch needs both of them, which far away would take
   // longer.
   template <class Probe>
   ZRB_ALWAYS_INLINE NodeLink find_link_near(NodeLink first, const Probe& key) const {
     const Element& one = *readable_element(first);
     const NodeLink second = one.next;
     const Element& two = *readable_element(second);
-    NodeLink link = opaque(unpredictable(Equal{}(two.key, key)) ? second : no_node);
-    link = opaque(unpredictable(Equal{}(one.key, key)) ? first : link);
+    NodeLink link = choose(Equal{}(two.key, key), second, no_node);
+    link = choose(Equal{}(one.key, key), first, link);
     return link != no_node ? link : find_link_behind(two, key);
   }
 

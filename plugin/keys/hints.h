@@ -4,9 +4,18 @@
 
 #include <type_traits>
 
+/// For functions that take no longer than their call; and for those that only prefetch: gcc takes a
+/// call of one for a call without effect, and drops it before it is inlined. Without optimisation
+/// there is no such call to lose, and one copy of the function can be stepped through and counted.
+#if defined(__GNUC__) && defined(__OPTIMIZE__)
+#define ZRB_ALWAYS_INLINE [[gnu::always_inline]] inline
+#else
+#define ZRB_ALWAYS_INLINE inline
+#endif
+
 /// Tells the compiler that a condition is as often true as false: better to compute both outcomes
 /// and choose than to branch.
-inline bool unpredictable(bool condition) {
+ZRB_ALWAYS_INLINE bool unpredictable(bool condition) {
 #if defined(__GNUC__)
   return __builtin_expect_with_probability(condition, 1, 0.5) != 0;
 #else
@@ -17,21 +26,18 @@ inline bool unpredictable(bool condition) {
 /// The same value, of which the compiler knows nothing from here on: what it could conclude from a
 /// choice would make a branch of it again.
 template <class Value>
-Value opaque(Value value) {
+ZRB_ALWAYS_INLINE Value opaque(Value value) {
 #if defined(__GNUC__)
   asm("" : "+r"(value));
 #endif
   return value;
 }
 
-/// For functions that take no longer than their call; and for those that only prefetch: gcc takes a
-/// call of one for a call without effect, and drops it before it is inlined. Without optimisation
-/// there is no such call to lose, and one copy of the function can be stepped through and counted.
-#if defined(__GNUC__) && defined(__OPTIMIZE__)
-#define ZRB_ALWAYS_INLINE [[gnu::always_inline]] inline
-#else
-#define ZRB_ALWAYS_INLINE inline
-#endif
+/// `condition ? yes : no` without a branch.
+template <class Value>
+ZRB_ALWAYS_INLINE Value choose(bool condition, Value yes, Value no) {
+  return opaque(unpredictable(condition) ? yes : no);
+}
 
 /// For functions with an array on the stack that is not one of characters: puts a canary behind it.
 #if defined(__has_cpp_attribute)

@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <ext/hash_set>
 #include <functional>
+#include <limits>
 #include <map>
 #include <random>
 #include <vector>
@@ -124,6 +127,66 @@ TEST(HashedStorage, steps_through_tables_larger_than_the_cache_in_order) {
   EXPECT_EQ(keys_by_stepping(set), keys_in_order(set));
   while (set.size() > 65535) set.erase(set.begin());
   EXPECT_EQ(keys_by_stepping(set), keys_in_order(set));
+}
+
+TEST(HashedStorage, steps_on_from_every_element_that_a_search_finds) {
+  IntegerSet set;
+  std::mt19937 random(4);
+  while (set.size() < 1000) set.insert_unique(static_cast<std::int32_t>(random() % 5000));
+  const std::vector<std::int32_t> keys = keys_in_order(set);
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    auto position = set.find(keys[i]);
+    IntegerSet::advance(position);
+    if (i + 1 == keys.size()) {
+      ASSERT_TRUE(position.is_end());
+    } else {
+      ASSERT_FALSE(position.is_end());
+      ASSERT_EQ(position.entry().key, keys[i + 1]);
+    }
+  }
+}
+
+// Growth takes the elements to other buckets than the one that a position has come to.
+TEST(HashedStorage, steps_on_in_the_new_order_after_growth) {
+  IntegerSet set;
+  std::mt19937 random(5);
+  while (set.size() < 190) set.insert_unique(static_cast<std::int32_t>(random()));
+  for (int steps = 0; steps < 190; steps += 7) {
+    auto position = set.begin();
+    for (int step = 0; step < steps; ++step) IntegerSet::advance(position);
+    const std::int32_t key = position.entry().key;
+    const std::uint32_t buckets = set.bucket_count();
+    while (set.bucket_count() == buckets) set.insert_unique(static_cast<std::int32_t>(random()));
+    const std::vector<std::int32_t> keys = keys_in_order(set);
+    IntegerSet::advance(position);
+    for (auto next = std::ranges::find(keys, key) + 1; next != keys.end(); ++next) {
+      ASSERT_FALSE(position.is_end());
+      ASSERT_EQ(position.entry().key, *next);
+      IntegerSet::advance(position);
+    }
+    ASSERT_TRUE(position.is_end());
+    if (set.size() > 20000) break;
+  }
+}
+
+// Chains of larger tables are searched in another way.
+TEST(HashedStorage, finds_keys_at_every_place_of_a_chain_and_no_others) {
+  for (const std::uint32_t others : {0U, 70000U}) {
+    IntegerSet set;
+    std::int32_t other = std::numeric_limits<std::int32_t>::min();
+    while (set.size() < others) set.insert_unique(other++);
+    const auto buckets = static_cast<std::int32_t>(set.bucket_count());
+    for (const std::int32_t first : {0, 3, -2 * buckets}) {
+      for (std::int32_t length = 0; length < 6; ++length) {
+        for (std::int32_t i = 0; i < 6; ++i) {
+          const std::int32_t key = first + i * buckets;
+          ASSERT_EQ(set.count(key), i < length ? 1U : 0U) << others << ' ' << key;
+        }
+        set.insert_unique(first + length * buckets);
+      }
+      for (std::int32_t i = 0; i < 6; ++i) set.erase(first + i * buckets);
+    }
+  }
 }
 
 TEST(HashedStorage, agrees_with_a_map_over_random_operations) {
