@@ -39,6 +39,13 @@ ZRB_ALWAYS_INLINE Value choose(bool condition, Value yes, Value no) {
   return opaque(unpredictable(condition) ? yes : no);
 }
 
+/// For short functions that are nothing but a loop: begins them with a line of the cache.
+#if defined(__GNUC__)
+#define ZRB_CODE_LINE [[gnu::noinline, gnu::aligned(64)]]
+#else
+#define ZRB_CODE_LINE
+#endif
+
 /// For functions with an array on the stack that is not one of characters: puts a canary behind it.
 #if defined(__has_cpp_attribute)
 #if __has_cpp_attribute(gnu::stack_protect)
