@@ -53,6 +53,7 @@
 #include "keys/buckets.h"
 #include "keys/entry.h"
 #include "keys/finish.h"
+#include "keys/growth_order.h"
 #include "keys/hints.h"
 #include "keys/in_use.h"
 #include "keys/node_memory.h"
@@ -251,15 +252,23 @@ class HashedStorage : public Usable {
 
   /// Inserts the elements of another table, in its order, into this empty one; both hold plain
   /// elements. What that gives is the same as inserting them one by one, but no key is searched
-  /// for. O(n).
-  void copy_from(const HashedStorage& other) requires plain_elements {
+  /// for, and all the room is made at once. O(n).
+  ZRB_PROTECT_STACK void copy_from(const HashedStorage& other) requires plain_elements {
+    const GrowthOrder order(buckets_.count(), other.size_);
+    if (order.final_count() != buckets_.count()) Buckets(order.final_count()).swap(buckets_);
+    std::uint32_t hashes[Walk::capacity];
     for (Walk walk = other.walk_all(); walk.gather();) {
+      std::uint32_t* hash = hashes;
+      for (const NodeLink link : walk.gathered()) {
+        *hash = Hash{}(other.element(link).key);
+        prefetch(&buckets_[buckets_.of(*hash++)]);
+      }
+      hash = hashes;
       for (const NodeLink link : walk.gathered()) {
         const Element& source = other.element(link);
-        make_room_for_one();
         const NodeLink copy = create(source.key);
         if constexpr (!std::is_same_v<Value, NoValue>) element(copy).value = source.value;
-        this->link(buckets_[buckets_.of(Hash{}(source.key))], copy);
+        this->link(place_by(order, *hash++), copy);
       }
     }
   }
@@ -271,9 +280,10 @@ class HashedStorage : public Usable {
   using Walk = BucketWalk<Element>;
 
   static constexpr std::uint32_t cached_elements = 4096;  // fewer need no prefetch
-  // Fewer plain ones are near enough that a step needs none, since a program does more between two
-  // steps than a walk does; and that a search does better to load two nodes than to guess.
-  static constexpr std::uint32_t near_elements = 65536;
+  // Fewer plain ones need none for a step: a program does more between two steps than a walk does.
+  static constexpr std::uint32_t cached_steps = 65536;
+  // Of fewer, a search does better to load two nodes than to guess which one it needs.
+  static constexpr std::uint32_t near_elements = 131072;
 
   // What calls nobody needs no guard.
   using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<HashedStorage>>;
@@ -410,7 +420,7 @@ class HashedStorage : public Usable {
     const std::uint32_t home = buckets_.of(Hash{}(position.node->key));
     const std::uint32_t bucket = opaque(position.bucket) == home ? position.bucket : opaque(home);
     if (buckets_.count() - bucket > 4) [[likely]] {
-      if (size_ >= near_elements) {
+      if (size_ >= cached_steps) {
         // About as many buckets as a step passes.
         prefetch_ahead(bucket + 1);
         prefetch_ahead(bucket + 2);
@@ -437,6 +447,16 @@ class HashedStorage : public Usable {
     const SearchUse use(*this);
     position.bucket = buckets_.of(Hash{}(position.node->key)) + 1;
     position.node = first_element_from(position.bucket);
+  }
+
+  // Where a new element goes that is to be where growth, step by step, would have taken it.
+  NodeLink& place_by(const GrowthOrder& order, std::uint32_t hash) {
+    NodeLink* place = &buckets_[buckets_.of(hash)];
+    if (size_ >= order.elements_at_last_step()) return *place;
+    while (*place != no_node && !order.is_newer_first(size_, hash, Hash{}(element(*place).key))) {
+      place = &element(*place).next;
+    }
+    return *place;
   }
 
   // Moves `bucket` on to where the element is.

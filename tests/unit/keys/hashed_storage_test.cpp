@@ -10,6 +10,7 @@
 #include <limits>
 #include <map>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include "keys/integer_key.h"
@@ -171,7 +172,7 @@ TEST(HashedStorage, steps_on_in_the_new_order_after_growth) {
 
 // Chains of larger tables are searched in another way.
 TEST(HashedStorage, finds_keys_at_every_place_of_a_chain_and_no_others) {
-  for (const std::uint32_t others : {0U, 70000U}) {
+  for (const std::uint32_t others : {0U, 140000U}) {
     IntegerSet set;
     std::int32_t other = std::numeric_limits<std::int32_t>::min();
     while (set.size() < others) set.insert_unique(other++);
@@ -185,6 +186,63 @@ TEST(HashedStorage, finds_keys_at_every_place_of_a_chain_and_no_others) {
         set.insert_unique(first + length * buckets);
       }
       for (std::int32_t i = 0; i < 6; ++i) set.erase(first + i * buckets);
+    }
+  }
+}
+
+// The content in order, with the values, of a copy and of a table filled one by one.
+using Contents = std::vector<std::pair<std::int32_t, std::int32_t>>;
+
+Contents contents_of(IntegerMap& map) {
+  Contents contents;
+  map.for_each([&](const auto& entry) {
+    contents.emplace_back(entry.key, entry.value);
+    return true;
+  });
+  return contents;
+}
+
+void expect_copied_as_if_inserted(IntegerMap& source, std::uint32_t size_hint) {
+  IntegerMap inserted(size_hint);
+  source.for_each([&](const auto& entry) {
+    inserted.insert_unique(entry.key).entry.value = entry.value;
+    return true;
+  });
+  IntegerMap copied(size_hint);
+  copied.copy_from(source);
+  EXPECT_EQ(copied.size(), source.size());
+  EXPECT_EQ(copied.bucket_count(), inserted.bucket_count());
+  EXPECT_EQ(contents_of(copied), contents_of(inserted)) << source.size() << " elements";
+  EXPECT_TRUE(HashedStorageInspector::check(copied));
+}
+
+TEST(HashedStorage, copies_in_the_order_that_inserting_one_by_one_gives) {
+  std::mt19937 random(6);
+  for (const std::uint32_t more : {0U, 100000U}) {
+    IntegerMap source(more);  // with more buckets, another order to begin with
+    for (const std::uint32_t size : {0U, 1U, 53U, 54U, 193U, 194U, 389U, 390U, 391U, 769U, 770U,
+                                     1000U, 6151U, 6152U, 20000U}) {
+      while (source.size() < size) {
+        const auto key = static_cast<std::int32_t>(random());
+        source.insert_unique(key).entry.value = key / 3;
+      }
+      expect_copied_as_if_inserted(source, 100);
+      expect_copied_as_if_inserted(source, 1);
+    }
+  }
+}
+
+// Keys at distances of products of bucket counts stay in one bucket through several growth steps.
+TEST(HashedStorage, copies_keys_that_stay_together_through_growth_in_the_order_of_insertion) {
+  for (const std::int32_t distance :
+       {193, 193 * 389, 389 * 769, 193 * 389 * 769, 389 * 769 * 1543}) {
+    IntegerMap source(2000);
+    std::mt19937 random(7);
+    const std::int32_t most = std::min(2'000'000'000 / distance, 1500);
+    for (std::int32_t i = 0; i < most; ++i) source.insert_unique(i * distance);
+    for (const std::uint32_t size : {190U, 200U, 400U, 800U, 1600U}) {
+      while (source.size() < size) source.insert_unique(static_cast<std::int32_t>(random()));
+      expect_copied_as_if_inserted(source, 100);
     }
   }
 }
