@@ -109,7 +109,7 @@ class RedBlackTree {
 
   template <Child side>
   NodeLink outermost(NodeLink node) const;
-  void prefetch_group(const TreeLinks& outermost) const;
+  void prefetch_group(NodeLink top) const;
   template <Child Forwards, Child Backwards>
   TreeLinks* step(TreeLinks* node) const;
   void replace_in_parent(NodeLink parent, NodeLink node, NodeLink replacement);
@@ -138,17 +138,24 @@ ZRB_PROTECT_STACK void RedBlackTree::copy_from(const RedBlackTree& other) {
     NodeLink parent;  // in the copy
   };
   Subtree pending[deepest_tree];
+  int levels[deepest_tree];  // of the parents, in a large tree
   std::size_t pending_count = 0;
+  const bool is_large = other.memory_.bytes() >= cached_bytes;
   try {
     NodeLink source = other.root();
     NodeLink parent = nil_;
     NodeLink* place = &header_->parent_and_colour;
+    int level = 0;
     for (;;) {
       for (; source != other.nil_; place = &at(parent).left) {
+        if (is_large) {
+          if (level % group_levels == 0) other.prefetch_group(source);
+          levels[pending_count] = ++level;
+        }
         const auto& from = static_cast<const Node&>(at(source));
         const NodeLink copy = memory_.allocate();
         auto* const to = new (node_at(copy)) Node(from);
-        to->set_parent(parent);
+        to->parent_and_colour = parent | (from.parent_and_colour & TreeLinks::colour_bit);
         to->right = nil_;
         *place = copy;
         prefetch(&at(from.right));
@@ -162,6 +169,7 @@ ZRB_PROTECT_STACK void RedBlackTree::copy_from(const RedBlackTree& other) {
       const Subtree& next = pending[--pending_count];
       source = next.source;
       parent = next.parent;
+      if (is_large) level = levels[pending_count];
       place = &at(parent).right;
     }
   } catch (...) {
