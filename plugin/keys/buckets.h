@@ -2,7 +2,6 @@
 #ifndef ZRB_PLUGIN_KEYS_BUCKETS_H
 #define ZRB_PLUGIN_KEYS_BUCKETS_H
 
-#include <bit>
 #include <cstdint>
 #include <utility>
 

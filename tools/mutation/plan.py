@@ -15,15 +15,15 @@ _REGIONS = [
      r"[Hh]ash(?!edStorage)|Remainder|Buckets::of"),
     ("comparison", r"keys/(integer_key|string_key|variant_key|comparison_locks|ordered_storage)\.",
      r"[Cc]ompar|Equal|LT|Less|leave|equal_range|place_of|search_place|bound_below|find_plain"),
-    ("growth", r"keys/(hashed_storage|buckets|bucket_walk|node_memory|bucket_sizes)\.",
+    ("growth", r"keys/(hashed_storage|buckets|bucket_walk|node_memory|bucket_sizes|growth_order)\.",
      r"gather|grow|make_room|move_all|bucket_size|Buckets|allocate_heads|add_block|next_block|"
-     r"enlarge|copy_from"),
+     r"enlarge|copy_from|GrowthOrder|place_by"),
     ("erase", r"keys/(hashed_storage|ordered_storage|node_memory|finish|in_use)\.",
      r"erase|remove|take|destroy|[Uu]nlink|clear|finish|link_to|deallocate|release|put_off"),
 ]
 # What no test of behaviour can see: hints to the compiler, the processor and the sanitizer.
 _HINTS = re.compile(r"\b(?:un)?poison\(|\bprefetch\w*\(|ahead\b|\bunpredictable\b|\bcached_\w+|"
-                    r"\bis_large\b|\blevels\b")
+                    r"\bnear_elements\b|\bis_large\b|\blevels\b")
 _HINTING = re.compile(r"::prefetch_\w+$")
 # What 64-bit builds without sanitizers do not compile.
 _OTHER_BUILDS = re.compile(r"keys/(node_blocks_narrow\.cpp|poison\.h)$")
