@@ -22,17 +22,26 @@ std::uint64_t verify(Bed<K>& bed, REALobject map) {
   return bed.search(map, keys) + static_cast<std::uint64_t>(bed.subject().count(map));
 }
 
+/// Each time in another order: a short one would be learned by heart by the processor, branch by
+/// branch.
 template <class K>
 void insert_random(benchmark::State& state, Bed<K>& bed) {
-  const auto count = bed.workload().keys.size();
+  auto keys = bed.workload().keys;
+  auto values = bed.workload().values;
   auto& subject = bed.subject();
+  const auto assign = subject.assign;
   Meter meter(state);
+  std::uint32_t seed = 20;
   for (auto _ : state) {
-    if (REALobject old = bed.release()) subject.destroy(old);
+    if (REALobject old = bed.release()) {
+      subject.destroy(old);
+      shuffle(keys, ++seed);
+      shuffle(values, seed);  // in the same way
+    }
     REALobject map = subject.create();
     meter.start();
-    bed.fill(map);
-    meter.stop(count, 0);
+    for (std::size_t i = 0; i < keys.size(); ++i) assign(map, keys[i], values[i]);
+    meter.stop(keys.size(), 0);
     bed.adopt(map);
   }
   meter.add_to_checksum(verify(bed, bed.filled()));
