@@ -15,10 +15,11 @@ constexpr std::size_t later_growth = 8;       // from then on, an eighth of what
 }  // namespace
 
 void NodeMemory::release_all() {
-  while (newest_ != nullptr) {
-    Block* const block = std::exchange(newest_, newest_->previous);
+  while (oldest_ != nullptr) {
+    Block* const block = std::exchange(oldest_, oldest_->next);
     release_node_block(reinterpret_cast<std::byte*>(block), block->bytes);
   }
+  newest_ = nullptr;
   freed_ = no_node;
   untouched_ = nullptr;
   untouched_left_ = 0;
@@ -34,7 +35,8 @@ std::uint32_t NodeMemory::next_block_bytes() const {
 void NodeMemory::add_block() {
   const std::uint32_t bytes = next_block_bytes();
   std::byte* const block = allocate_node_block(bytes);
-  newest_ = new (block) Block{newest_, bytes};
+  Block*& link = newest_ == nullptr ? oldest_ : newest_->next;
+  newest_ = link = new (block) Block{nullptr, bytes};
   untouched_ = block + sizeof(Block);
   untouched_left_ = bytes - static_cast<std::uint32_t>(sizeof(Block));
   bytes_ += bytes;

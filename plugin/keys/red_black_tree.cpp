@@ -24,8 +24,12 @@ void RedBlackTree::forget_all() {
 
 // Asks for the nodes of the subtree that a walk has just come to, and for what they hold, level by
 // level: so that many cache misses are under way at once, where a step waits for one after the
-// other. Compilers keep the call, since it calls a function that they do not know.
-ZRB_PROTECT_STACK [[gnu::noinline]] void RedBlackTree::prefetch_group(NodeLink top) const {
+// other. `outermost` is the first of these nodes. Compilers keep the call, since it calls a
+// function that they do not know.
+ZRB_PROTECT_STACK [[gnu::noinline]] void RedBlackTree::prefetch_group(
+    const TreeLinks& outermost) const {
+  NodeLink top = outermost.parent();
+  for (int level = 1; level < group_levels; ++level) top = at(top).parent();
   NodeLink nodes[largest_group];
   nodes[0] = top;
   std::uint32_t count = 1;
@@ -52,11 +56,8 @@ TreeLinks* RedBlackTree::step(TreeLinks* node) const {
       ++levels;
     }
     prefetch(&at(found->*Forwards));
-    if (levels >= group_levels && memory_.bytes() >= cached_bytes) [[unlikely]] {
-      NodeLink top = found->parent();
-      for (int level = 1; level < group_levels; ++level) top = at(top).parent();
-      prefetch_group(top);
-    }
+    if (levels >= group_levels && memory_.bytes() >= cached_bytes) [[unlikely]]
+      prefetch_group(*found);
     return found;
   }
   // Up, to the first node that is reached from the side it is not to be left on.

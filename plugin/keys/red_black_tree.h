@@ -97,9 +97,6 @@ class RedBlackTree {
  private:
   using Child = NodeLink TreeLinks::*;
 
-  // 2 * log2(n + 1) for as many nodes as links can lead to.
-  static constexpr std::size_t deepest_tree = 64;
-
   // A group is a subtree whose first node lies so many levels below its top: some hundred nodes.
   static constexpr int group_levels = 6;
   static constexpr std::uint32_t largest_group = 256;
@@ -109,7 +106,7 @@ class RedBlackTree {
 
   template <Child side>
   NodeLink outermost(NodeLink node) const;
-  void prefetch_group(NodeLink top) const;
+  void prefetch_group(const TreeLinks& outermost) const;
   template <Child Forwards, Child Backwards>
   TreeLinks* step(TreeLinks* node) const;
   void replace_in_parent(NodeLink parent, NodeLink node, NodeLink replacement);
@@ -129,49 +126,42 @@ class RedBlackTree {
   NodeMemory memory_;
 };
 
-// Copies the nodes in preorder, so that they follow each other in memory. What is still to be
-// copied at any time are the right children of nodes that were: no more than the tree is deep.
+// Copies level by level: a copy links to the originals of its children until its turn comes to get
+// copies of them. So the copies are the queue of what is left to do, and many originals are loaded
+// at once, since where the next ones lie is known long before.
+//
+// Source: C. J. Cheney, "A nonrecursive list compacting algorithm", Communications of the ACM 13
+// (1970).
 template <class Node>
-ZRB_PROTECT_STACK void RedBlackTree::copy_from(const RedBlackTree& other) {
-  struct Subtree {
-    NodeLink source;
-    NodeLink parent;  // in the copy
-  };
-  Subtree pending[deepest_tree];
-  int levels[deepest_tree];  // of the parents, in a large tree
-  std::size_t pending_count = 0;
-  const bool is_large = other.memory_.bytes() >= cached_bytes;
+void RedBlackTree::copy_from(const RedBlackTree& other) {
+  memory_.release_all();
+  if (other.root() == other.nil_) return;
+  const NodeLink nil = nil_;
+  const NodeLink nil_of_other = other.nil_;
   try {
-    NodeLink source = other.root();
-    NodeLink parent = nil_;
-    NodeLink* place = &header_->parent_and_colour;
-    int level = 0;
-    for (;;) {
-      for (; source != other.nil_; place = &at(parent).left) {
-        if (is_large) {
-          if (level % group_levels == 0) other.prefetch_group(source);
-          levels[pending_count] = ++level;
-        }
-        const auto& from = static_cast<const Node&>(at(source));
-        const NodeLink copy = memory_.allocate();
-        auto* const to = new (node_at(copy)) Node(from);
-        to->parent_and_colour = parent | (from.parent_and_colour & TreeLinks::colour_bit);
-        to->right = nil_;
-        *place = copy;
-        prefetch(&at(from.right));
-        pending[pending_count] = {from.right, copy};
-        pending_count += from.right != other.nil_ ? 1 : 0;
-        parent = copy;
-        source = from.left;
+    NodeMemory::Run room = memory_.untouched();
+    const auto replace_by_copy = [&](NodeLink& link, NodeLink parent) {
+      if (link == nil_of_other) {
+        link = nil;
+        return;
       }
-      *place = nil_;
-      if (pending_count == 0) break;
-      const Subtree& next = pending[--pending_count];
-      source = next.source;
-      parent = next.parent;
-      if (is_large) level = levels[pending_count];
-      place = &at(parent).right;
+      if (room.next == room.end) [[unlikely]] {
+        memory_.allocate_until(room.end);
+        room = memory_.untouched();
+      }
+      auto* const copy = new (room.next) Node(static_cast<const Node&>(at(link)));
+      copy->parent_and_colour = parent | (copy->parent_and_colour & TreeLinks::colour_bit);
+      link = link_to(copy);
+      room.next += sizeof(Node);
+    };
+    header_->parent_and_colour = other.root();
+    replace_by_copy(header_->parent_and_colour, nil);
+    for (NodeMemory::Sequence copies(memory_); !copies.is_at(room.next);) {
+      const NodeLink copy = copies.next();
+      replace_by_copy(at(copy).left, copy);
+      replace_by_copy(at(copy).right, copy);
     }
+    memory_.allocate_until(room.next);
   } catch (...) {
     forget_all();
     memory_.release_all();

@@ -162,4 +162,46 @@ TEST(NodeMemory, mixes_reuse_and_new_places) {
   EXPECT_EQ(std::set<NodeLink>(links.begin(), links.end()).size(), 17000U);
 }
 
+TEST(NodeMemory, allocates_runs_of_nodes_as_it_allocates_one_by_one) {
+  std::vector<NodeLink> one_by_one;
+  {
+    NodeMemory memory(node_size);
+    one_by_one = allocate(memory, 20000);
+  }
+  NodeMemory memory(node_size);
+  std::vector<const void*> in_runs;
+  while (in_runs.size() < one_by_one.size()) {
+    const NodeMemory::Run run = memory.untouched();
+    ASSERT_LT(run.next, run.end);
+    // Some of the run, then the rest.
+    const auto nodes = static_cast<std::size_t>(run.end - run.next) / node_size;
+    auto* const middle = run.next + nodes / 3 * node_size;
+    memory.allocate_until(middle);
+    EXPECT_EQ(memory.untouched().next, middle);
+    EXPECT_EQ(memory.untouched().end, run.end);
+    for (auto* node = run.next; node != run.end; node += node_size) in_runs.push_back(node);
+    memory.allocate_until(run.end);
+  }
+  const auto* const after = node_at(memory.allocate());
+  EXPECT_EQ(std::ranges::count(in_runs, after), 0);
+  if (sizeof(void*) == sizeof(NodeLink)) return;  // where blocks lie is the heap's own business
+  in_runs.resize(one_by_one.size());
+  std::vector<const void*> expected;
+  for (const NodeLink link : one_by_one) expected.push_back(node_at(link));
+  EXPECT_EQ(in_runs, expected);
+}
+
+TEST(NodeMemory, goes_through_nodes_in_the_order_of_their_allocation) {
+  NodeMemory memory(node_size);
+  std::vector<NodeLink> links = allocate(memory, 1);
+  NodeMemory::Sequence sequence(memory);
+  EXPECT_EQ(sequence.next(), links[0]);
+  for (int round = 0; round < 300; ++round) {
+    for (const NodeLink link : allocate(memory, 17)) {
+      EXPECT_EQ(sequence.next(), link);
+      EXPECT_TRUE(sequence.is_at(static_cast<std::byte*>(node_at(link)) + node_size));
+    }
+  }
+}
+
 }  // namespace

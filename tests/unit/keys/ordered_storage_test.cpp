@@ -159,6 +159,38 @@ TEST(OrderedStorage, steps_through_trees_larger_than_the_cache_both_ways) {
   }
 }
 
+TEST(OrderedStorage, copies_trees_of_any_shape) {
+  std::mt19937 random(11);
+  for (const std::uint32_t size : {0U, 1U, 2U, 3U, 5U, 6U, 7U, 100U, 5000U, 70000U}) {
+    IntegerMap source;
+    while (source.size() < size) {
+      const auto key = static_cast<std::int32_t>(random() % (2 * size));
+      source.insert_unique(key).entry.value = key / 3;
+      if (random() % 4 == 0) source.erase(static_cast<std::int32_t>(random() % (2 * size)));
+    }
+    IntegerMap copy;
+    copy.insert_unique(1);
+    copy.insert_unique(2);
+    copy.erase(1);
+    copy.erase(2);
+    copy.copy_from(source);
+    ASSERT_TRUE(OrderedStorageInspector::check(copy)) << size;
+    ASSERT_TRUE(OrderedStorageInspector::check(source)) << size;
+    ASSERT_EQ(copy.size(), source.size());
+    auto position = copy.begin();
+    source.for_each([&](const auto& entry) {
+      EXPECT_EQ(position.entry().key, entry.key);
+      EXPECT_EQ(position.entry().value, entry.value);
+      IntegerMap::advance(position);
+      return true;
+    });
+    EXPECT_TRUE(position.is_end());
+    for (const std::int32_t key : keys_in_order(source)) source.erase(key);
+    EXPECT_EQ(copy.size(), size);
+    for (const std::int32_t key : keys_in_order(copy)) EXPECT_EQ(copy.erase(key), 1U);
+  }
+}
+
 TEST(OrderedStorage, stays_at_the_end) {
   IntegerSet set;
   auto position = set.end();
