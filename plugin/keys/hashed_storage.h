@@ -94,6 +94,8 @@ class HashedStorage : public Usable {
                                      std::is_trivially_copyable_v<Key>;
   /// Whether nothing that is done to elements does.
   static constexpr bool plain_elements = plain_keys && std::is_trivially_copyable_v<Value>;
+  static constexpr bool integers_to_integers =
+      std::is_same_v<Key, std::int32_t> && std::is_same_v<Value, std::int32_t>;
 
   /// Guards what is done to elements.
   using ElementUse = std::conditional_t<plain_elements, NotInUse, InUse<HashedStorage>>;
@@ -152,6 +154,15 @@ class HashedStorage : public Usable {
     const std::uint32_t hash = Hash{}(key);
     const NodeLink found = find_link(hash, key);
     return {found == no_node ? nullptr : &element(found), this, buckets_.of(hash)};
+  }
+
+  /// The value of this key, `otherwise` when there is none. O(1).
+  Value value_or(const Key& key, const Value& otherwise) requires integers_to_integers {
+    // In place of a node that is not there zeros are read, which are taken for an element here.
+    if (size_ < near_elements && key != 0) [[likely]]
+      return value_near_or(key, otherwise);
+    const Position position = find(key);
+    return position.is_end() ? otherwise : position.entry().value;
   }
 
   /// 1 when the key is there, else 0. O(1).
@@ -516,7 +527,26 @@ class HashedStorage : public Usable {
     return link;
   }
 
-  // The same for keys that ask the host when they are compared. Not inline: the call is nothing
+  // What `find_link_near` does, but for keys and values that are chosen together, in one register:
+  // so a search whose key is what another one has found waits for one load less.
+  Value value_near_or(const Key& key, const Value& otherwise) requires integers_to_integers {
+    const Element& one = *readable_element(buckets_[buckets_.of(Hash{}(key))]);
+    const Element& two = *readable_element(one.next);
+    const std::uint64_t first = key_and_value(one);
+    const std::uint64_t found = choose(key_in(first) == key, first, key_and_value(two));
+    if (key_in(found) == key) [[likely]]
+      return static_cast<Value>(found >> 32);
+    const NodeLink link = find_link_behind(two, key);
+    return link == no_node ? otherwise : element(link).value;
+  }
+
+  static std::uint64_t key_and_value(const Element& element) {
+    return opaque(std::uint64_t{static_cast<std::uint32_t>(element.value)} << 32 |
+                  static_cast<std::uint32_t>(element.key));
+  }
+  static Key key_in(std::uint64_t key_and_value) { return static_cast<Key>(key_and_value); }
+
+  // `find_link` for keys that ask the host when they are compared. Not inline: the call is nothing
   // beside those of the host.
   template <class Probe>
   [[gnu::noinline]] NodeLink find_link_asking(std::uint32_t hash, const Probe& key) {

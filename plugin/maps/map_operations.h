@@ -47,9 +47,13 @@ struct MapOperations : private KeyedAccess<C> {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return {};
     const typename C::ElementUse use(*storage);
-    const auto position = find(*storage, key);
-    if (position.is_end()) return C::Value::hand_out(StoredValue(default_value));
-    return C::Value::hand_out(position.entry().value);
+    if constexpr (requires { storage->value_or(key, default_value); }) {
+      return storage->value_or(key, default_value);
+    } else {
+      const auto position = find(*storage, key);
+      if (position.is_end()) return C::Value::hand_out(StoredValue(default_value));
+      return C::Value::hand_out(position.entry().value);
+    }
   }
 
   /// Removes the key with its value; 1 when it was there, else 0.

@@ -173,19 +173,20 @@ TEST(HashedStorage, steps_on_in_the_new_order_after_growth) {
 // Chains of larger tables are searched in another way.
 TEST(HashedStorage, finds_keys_at_every_place_of_a_chain_and_no_others) {
   for (const std::uint32_t others : {0U, 140000U}) {
-    IntegerSet set;
+    IntegerMap map;
     std::int32_t other = std::numeric_limits<std::int32_t>::min();
-    while (set.size() < others) set.insert_unique(other++);
-    const auto buckets = static_cast<std::int32_t>(set.bucket_count());
+    while (map.size() < others) map.insert_unique(other++);
+    const auto buckets = static_cast<std::int32_t>(map.bucket_count());
     for (const std::int32_t first : {0, 3, -2 * buckets}) {
       for (std::int32_t length = 0; length < 6; ++length) {
         for (std::int32_t i = 0; i < 6; ++i) {
           const std::int32_t key = first + i * buckets;
-          ASSERT_EQ(set.count(key), i < length ? 1U : 0U) << others << ' ' << key;
+          ASSERT_EQ(map.count(key), i < length ? 1U : 0U) << others << ' ' << key;
+          ASSERT_EQ(map.value_or(key, -1), i < length ? i : -1) << others << ' ' << key;
         }
-        set.insert_unique(first + length * buckets);
+        map.insert_unique(first + length * buckets).entry.value = length;
       }
-      for (std::int32_t i = 0; i < 6; ++i) set.erase(first + i * buckets);
+      for (std::int32_t i = 0; i < 6; ++i) map.erase(first + i * buckets);
     }
   }
 }
@@ -259,6 +260,7 @@ TEST(HashedStorage, agrees_with_a_map_over_random_operations) {
         break;
       case 1:
         ASSERT_EQ(map.count(key), model.count(key));
+        ASSERT_EQ(map.value_or(key, -1), model.contains(key) ? model[key] : -1);
         break;
       default:
         map.insert_unique(key).entry.value = step;
@@ -268,6 +270,17 @@ TEST(HashedStorage, agrees_with_a_map_over_random_operations) {
   }
   for (const auto& [key, value] : model) EXPECT_EQ(map.find(key).entry().value, value);
   EXPECT_TRUE(HashedStorageInspector::check(map));
+}
+
+TEST(HashedStorage, takes_no_absent_key_for_one_with_the_value_0) {
+  IntegerMap map;
+  EXPECT_EQ(map.value_or(0, 5), 5);
+  map.insert_unique(193).entry.value = 1;
+  EXPECT_EQ(map.value_or(0, 5), 5);
+  map.insert_unique(0).entry.value = 2;
+  EXPECT_EQ(map.value_or(0, 5), 2);
+  map.insert_unique(-1).entry.value = -2;
+  EXPECT_EQ(map.value_or(-1, 5), -2);
 }
 
 TEST(HashedStorage, removes_ranges_within_and_across_buckets) {
