@@ -26,6 +26,11 @@ void NodeMemory::release_all() {
   bytes_ = 0;
 }
 
+void NodeMemory::allocate_all(Run& run) {
+  allocate_until(run.end);
+  run = untouched();
+}
+
 std::uint32_t NodeMemory::next_block_bytes() const {
   const std::size_t wanted = std::max(std::min(bytes_, doubling_limit), bytes_ / later_growth);
   return static_cast<std::uint32_t>(

@@ -70,6 +70,10 @@ class NodeMemory {
     untouched_ = end;
   }
 
+  /// Allocates all nodes of that run, which becomes the next one; std::bad_alloc when there is
+  /// none.
+  void allocate_all(Run& run);
+
   class Sequence;
 
   /// Gives all memory back; no node may be in use. O(blocks).

@@ -145,23 +145,23 @@ void RedBlackTree::copy_from(const RedBlackTree& other) {
         link = nil;
         return;
       }
-      if (room.next == room.end) [[unlikely]] {
-        memory_.allocate_until(room.end);
-        room = memory_.untouched();
-      }
+      if (room.next == room.end) [[unlikely]]
+        memory_.allocate_all(room);
       auto* const copy = new (room.next) Node(static_cast<const Node&>(at(link)));
       copy->parent_and_colour = parent | (copy->parent_and_colour & TreeLinks::colour_bit);
       link = link_to(copy);
       room.next += sizeof(Node);
     };
-    header_->parent_and_colour = other.root();
-    replace_by_copy(header_->parent_and_colour, nil);
-    for (NodeMemory::Sequence copies(memory_); !copies.is_at(room.next);) {
-      const NodeLink copy = copies.next();
+    // The header begins as a node whose left child is the root.
+    *header_ = {no_node, other.root(), nil_of_other};
+    NodeMemory::Sequence copies(memory_);
+    for (NodeLink copy = nil;; copy = copies.next()) {
       replace_by_copy(at(copy).left, copy);
       replace_by_copy(at(copy).right, copy);
+      if (copies.is_at(room.next)) break;
     }
     memory_.allocate_until(room.next);
+    header_->parent_and_colour = header_->left;
   } catch (...) {
     forget_all();
     memory_.release_all();
