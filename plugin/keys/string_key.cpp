@@ -4,13 +4,6 @@
 
 namespace {
 
-std::int32_t compare_leaving_locks(const RBString& stored, const StringProbe& key) {
-  const REALstring handle = stored.get();
-  leave_comparison_locks(handle, key.get());
-  rbText text(handle);
-  return Compare(text, key.text());
-}
-
 // Texts of this many bytes and more begin with some that are hashed at once.
 constexpr std::int32_t at_once = 8;
 
@@ -30,6 +23,8 @@ std::uint32_t hash_of_first_seven(std::uint64_t bytes) {
 }
 
 }  // namespace
+
+StringProbe::StringProbe(REALstring string) : RBString(string), text_(string) {}
 
 // The definition takes the upper four bits off and folds them back in after each byte. Here they
 // stay until the end, as the next shift drops them anyway, and the fold is taken along beside that
@@ -56,16 +51,12 @@ std::uint32_t GetStringHash(rbText& text) {
   return hash ^ top ^ (top >> 24);
 }
 
-bool EqualRBString::operator()(const RBString& stored, const StringProbe& key) const {
-  return compare_leaving_locks(stored, key) == 0;
-}
-
-bool LTRBString::operator()(const RBString& stored, const StringProbe& key) const {
-  return compare_leaving_locks(stored, key) < 0;
-}
-
-bool LTRBString::operator()(const StringProbe& key, const RBString& stored) const {
-  return compare_leaving_locks(stored, key) > 0;
+std::int32_t compare_leaving_locks(const RBString& stored, const StringProbe& key) {
+  const REALstring handle = stored.get();
+  leave_comparison_locks(handle, key.get());
+  rbText text(handle);
+  text.read_inline();
+  return Compare(text, key.text());
 }
 
 std::uint32_t RBStringHash::operator()(const RBString& stored) const {

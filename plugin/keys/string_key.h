@@ -4,10 +4,10 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 
 #include "host/binary_interface.h"
 #include "host/locked_handle.h"
+#include "keys/compare_bytes.h"
 #include "keys/text_view.h"
 
 /// A stored string: one host string, locked while it is held; nil is allowed and equals "".
@@ -17,7 +17,7 @@ using RBString = LockedHandle<REALstringStruct>;
 /// comparisons of one operation.
 class StringProbe : public RBString {
  public:
-  explicit StringProbe(REALstring string) : RBString(string), text_(string) {}
+  explicit StringProbe(REALstring string);  // not inline: most routines make one
 
   rbText& text() const { return text_; }
 
@@ -38,17 +38,25 @@ inline std::int32_t Compare(rbText& a, rbText& b) {
   const std::int32_t length_b = b.LengthUTF8();
   const auto shorter = static_cast<std::size_t>(std::min(length_a, length_b));
   // One byte more than the shorter text: its terminator sorts a prefix first.
-  return std::strncmp(a.GetUTF8(), b.GetUTF8(), shorter + 1);
+  return compare_bytes(a.GetUTF8(), b.GetUTF8(), shorter + 1);
 }
 
-// Equality and order leave one lock on either operand at every call, see `leave_comparison_locks`:
-// that lock also holds the stored string while it is read.
+/// Compares the texts and leaves one lock on either string, see `leave_comparison_locks`: that lock
+/// also holds the stored string while it is read.
+std::int32_t compare_leaving_locks(const RBString& stored, const StringProbe& key);
+
 struct EqualRBString {
-  bool operator()(const RBString& stored, const StringProbe& key) const;
+  bool operator()(const RBString& stored, const StringProbe& key) const {
+    return compare_leaving_locks(stored, key) == 0;
+  }
 };
 struct LTRBString {
-  bool operator()(const RBString& stored, const StringProbe& key) const;
-  bool operator()(const StringProbe& key, const RBString& stored) const;
+  bool operator()(const RBString& stored, const StringProbe& key) const {
+    return compare_leaving_locks(stored, key) < 0;
+  }
+  bool operator()(const StringProbe& key, const RBString& stored) const {
+    return compare_leaving_locks(stored, key) > 0;
+  }
 };
 
 struct RBStringHash {

@@ -24,29 +24,22 @@ std::int32_t to_length(std::size_t bytes) {
 
 }  // namespace
 
-void StringDataHolder::dispose_in_destructor() {
-  release_in_destructor([this] { REALDisposeStringData(&record_); });
-}
-
 rbData::rbData(REALstring string) {
   const auto stored_length = static_cast<std::uint32_t>(std::max(LenB(string), 0));
   data_.fill(string, host_encoding::as_stored, stored_length);
 }
 
 void rbText::convert() {
-  length_ = 0;
+  read_inline();
+}
+
+void rbText::convert_otherwise(std::uint32_t encoding) {
   REALstring string = string_;
-  if (string == nullptr) return;
-  if (REALGetStringEncoding(string) == host_encoding::as_stored) [[unlikely]] {
+  if (encoding == host_encoding::as_stored) {
     string = rebuild_from_bytes();
     if (string == nullptr) return;
   }
-  if (host_gives_no_string_data) [[unlikely]]
-    return convert_by_string_service(string);
-  if (!data_.fill(string, host_encoding::utf8) || data_.data() == nullptr) [[unlikely]]
-    return;
-  utf8_ = data_.data();
-  length_ = to_length(data_.length());
+  host_gives_no_string_data ? convert_by_string_service(string) : read_data_of(string);
 }
 
 REALstring rbText::rebuild_from_bytes() {

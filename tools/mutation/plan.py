@@ -13,11 +13,12 @@ _REGIONS = [
     ("tree", r"keys/red_black_tree\.", r""),
     ("hash", r"keys/(remainder|buckets|integer_key|string_key|variant_key|hashed_storage)\.",
      r"[Hh]ash(?!edStorage)|Remainder|Buckets::of"),
-    ("comparison", r"keys/(integer_key|string_key|variant_key|comparison_locks|ordered_storage)\.",
+    ("comparison", r"keys/(integer_key|string_key|variant_key|compare_bytes|comparison_locks|"
+     r"ordered_storage)\.",
      r"[Cc]ompar|Equal|LT|Less|leave|equal_range|place_of|search_place|bound_below|find_plain"),
     ("growth", r"keys/(hashed_storage|buckets|bucket_walk|node_memory|bucket_sizes|growth_order)\.",
      r"gather|grow|make_room|move_all|bucket_size|Buckets|allocate_heads|add_block|next_block|"
-     r"enlarge|copy_from|GrowthOrder|place_by"),
+     r"enlarge|copy_from|GrowthOrder|place_by|untouched|allocate_(until|all)|Sequence"),
     ("erase", r"keys/(hashed_storage|ordered_storage|node_memory|finish|in_use)\.",
      r"erase|remove|take|destroy|[Uu]nlink|clear|finish|link_to|deallocate|release|put_off"),
 ]
