@@ -23,6 +23,8 @@ Written by `tools/bench`. {where}
 - Integer keys are distinct and spread over the whole range; ascending insertion takes them sorted.
   Strings are words of English and German, from about 450 000 on compounds of two; they are looked up
   with string objects other than the stored ones. A batch of searches has at most half a million keys.
+- Small maps are filled, searched and followed in another order each time: a processor learns an order
+  that is repeated by heart, branch by branch, which no program's map has.
 - `find dependent` looks up what the search before has found. `churn` removes a key and inserts another;
   each counts as one operation. `iterate` does three calls for an element: `isNotEqual`, `Key`,
   `MoveNext`. `find iterator` makes an iterator object and releases it.
