@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <new>
 
+#include "keys/large_pages.h"
 #include "keys/node_blocks.h"
 
 namespace {
@@ -14,6 +15,9 @@ namespace {
 // to fill the array. Larger ones fit no block; of smaller ones too much of a block would be unused.
 constexpr bool has_region = sizeof(void*) > sizeof(NodeLink);
 constexpr std::size_t smallest_in_region = std::size_t{64} << 10;
+// Buckets are looked up all over an array; so small pages make up a twentieth of the time of a
+// search in a large one.
+constexpr std::size_t smallest_with_large_pages = std::size_t{4} << 20;
 
 std::size_t bytes_of(std::uint32_t count) {
   return std::size_t{count} * sizeof(NodeLink);
@@ -31,8 +35,10 @@ std::uint32_t block_bytes(std::uint32_t count) {
 // As many as the host's own address space could hold, in a wider one too.
 void* allocate_heads(std::uint32_t count) {
   if (count >= 0x40000000) throw std::bad_alloc();
-  return is_in_region(count) ? allocate_node_block(block_bytes(count))
-                             : ::operator new(bytes_of(count));
+  if (is_in_region(count)) return allocate_node_block(block_bytes(count));
+  void* const heads = ::operator new(bytes_of(count));
+  if (bytes_of(count) >= smallest_with_large_pages) prefer_large_pages(heads, bytes_of(count));
+  return heads;
 }
 
 }  // namespace

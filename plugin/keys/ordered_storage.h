@@ -212,14 +212,13 @@ class OrderedStorage : public Usable {
     count_change();
     if constexpr (!plain_elements) {
       // The tree is empty to whoever looks; `rest` is taken apart without rebalancing.
-      NodeLink leaves = no_node;  // chained by their right links
-      NodeLink* end = &leaves;
-      while (rest != nil()) {
-        *end = tree_.take_leaf(rest);
-        end = &tree_.at(*end).right;
+      if (is_used_by_several() && rest != nil()) {
+        put_off_all(rest);
+      } else {
+        finish_despite_exceptions([&] {
+          while (rest != nil()) destroy(tree_.take_leaf(rest));
+        });
       }
-      *end = no_node;
-      if (leaves != no_node) destroy_or_put_off(leaves, *end);
     }
     if (size_ == 0 && put_off_ == no_node && !is_used_by_several()) tree_.memory().release_all();
   }
@@ -462,6 +461,19 @@ class OrderedStorage : public Usable {
       destroy_or_put_off(node, end);
     }
     return 1;
+  }
+
+  // All nodes of a tree that was forgotten, at least one, to be destroyed before those put off
+  // already.
+  [[gnu::cold]] void put_off_all(NodeLink root) {
+    NodeLink leaves = no_node;  // chained by their right links
+    NodeLink* end = &leaves;
+    while (root != nil()) {
+      *end = tree_.take_leaf(root);
+      end = &tree_.at(*end).right;
+    }
+    *end = std::exchange(put_off_, leaves);
+    put_off_work();
   }
 
   // Nodes chained by their right links, of which `end` is the last.

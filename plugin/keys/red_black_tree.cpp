@@ -246,9 +246,12 @@ void RedBlackTree::remove(NodeLink node) {
 
 NodeLink RedBlackTree::take_leaf(NodeLink& cursor) const {
   NodeLink leaf = cursor;
+  int levels = 0;
   while (at(leaf).left != nil_ || at(leaf).right != nil_) {
     leaf = at(leaf).left != nil_ ? at(leaf).left : at(leaf).right;
+    ++levels;
   }
+  if (levels >= group_levels && memory_.bytes() >= cached_bytes) prefetch_group(at(leaf));
   const NodeLink parent = at(leaf).parent();
   if (parent != nil_) {
     TreeLinks& above = at(parent);

@@ -68,14 +68,16 @@ TEST(DynamicSymbols, only_memory_exceptions_and_start_up_are_asked_of_the_runtim
       "__cxa_throw", "__cxa_rethrow", "__cxa_begin_catch", "__cxa_end_catch",
       "__cxa_throw_bad_array_new_length", "_ZNSt9bad_allocD1Ev", "_ZTISt9bad_alloc",
       "_ZTVSt9bad_alloc", "_ZSt19uncaught_exceptionsv", "_ZSt9terminatev",
+      // the pages of large arrays
+      "madvise",
       // arithmetic that a 32-bit processor lacks
       "__udivdi3", "__umoddi3",
       // the stack protector
       "__stack_chk_fail"};
   // a 64-bit process: the region of addresses that nodes come from, and the lock on it
   if (sizeof(void*) > sizeof(std::uint32_t)) {
-    known.insert({"mmap", "mprotect", "madvise", "munmap", "pthread_mutex_lock",
-                  "pthread_mutex_unlock", "_ZSt20__throw_system_errori"});
+    known.insert({"mmap", "mprotect", "munmap", "pthread_mutex_lock", "pthread_mutex_unlock",
+                  "_ZSt20__throw_system_errori"});
   }
   for (const Symbol& symbol : plugin().dynamic_symbols()) {
     if (symbol.is_defined) continue;

@@ -24,8 +24,8 @@ _REGIONS = [
 ]
 # What no test of behaviour can see: hints to the compiler, the processor and the sanitizer.
 _HINTS = re.compile(r"\b(?:un)?poison\(|\bprefetch\w*\(|ahead\b|\bunpredictable\b|\bcached_\w+|"
-                    r"\bnear_elements\b|\bis_large\b|\blevels\b")
-_HINTING = re.compile(r"::prefetch_\w+$")
+                    r"\bnear_elements\b|\bis_large\b|\blevels\b|large_pages\b")
+_HINTING = re.compile(r"::prefetch_\w+$|\bprefer_large_pages$")
 # What 64-bit builds without sanitizers do not compile.
 _OTHER_BUILDS = re.compile(r"keys/(node_blocks_narrow\.cpp|poison\.h)$")
 # What only the diagnostic build asks.
