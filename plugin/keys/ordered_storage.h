@@ -9,9 +9,9 @@
 // a wrongly guessed turn at every second node costs more than loading both children. An ascending
 // key is compared with the largest one first and then needs no way down at all. A copy of plain
 // elements takes over the tree's shape, without a comparison, level by level (red_black_tree.h). A
-// walk through a large tree asks for some hundred nodes at once (red_black_tree.cpp). Where a
-// comparison asks the host, what the next one will touch, on either side, is asked for while this
-// one is made.
+// walk through a large tree asks for some hundred nodes at once (red_black_tree.cpp), and so does
+// the destruction of elements that hold something. Where a comparison asks the host, what the next
+// one will touch, on either side, is asked for while this one is made.
 //
 // Exceptions. The order, the copying of a key and the destruction of an element may throw, unless
 // they are declared noexcept. The tree then stays valid, nothing is leaked, and the exception
