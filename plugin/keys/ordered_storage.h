@@ -472,8 +472,7 @@ class OrderedStorage : public Usable {
       *end = tree_.take_leaf(root);
       end = &tree_.at(*end).right;
     }
-    *end = std::exchange(put_off_, leaves);
-    put_off_work();
+    destroy_or_put_off(leaves, *end);
   }
 
   // Nodes chained by their right links, of which `end` is the last.

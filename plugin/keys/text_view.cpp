@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <limits>
 
 #include "host/services.h"
 #include "host/start.h"
@@ -16,11 +15,6 @@ struct OldStringObject {
   void* reserved;
   const char* data;
 };
-
-std::int32_t to_length(std::size_t bytes) {
-  constexpr std::size_t limit = std::numeric_limits<std::int32_t>::max();
-  return static_cast<std::int32_t>(std::min(bytes, limit));
-}
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 #define ZRB_PLUGIN_KEYS_TEXT_VIEW_H
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 
@@ -94,9 +95,12 @@ class rbText {
   void read_data_of(REALstring string) {
     if (!data_.fill(string, host_encoding::utf8) || data_.data() == nullptr) [[unlikely]]
       return;
-    constexpr std::uint32_t longest = std::numeric_limits<std::int32_t>::max();
     utf8_ = data_.data();
-    length_ = static_cast<std::int32_t>(std::min(data_.length(), longest));
+    length_ = to_length(data_.length());
+  }
+  static std::int32_t to_length(std::size_t bytes) {
+    constexpr std::size_t longest = std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::int32_t>(std::min(bytes, longest));
   }
   REALstring rebuild_from_bytes();
   void convert_by_string_service(REALstring string);
