@@ -27,7 +27,7 @@ class BucketWalk {
       : next_(heads), end_(heads + bucket_count), is_large_(is_large) {}
 
   /// Goes on to the next nodes; false when there are none. O(buckets passed).
-  bool gather() {
+  [[gnu::noinline]] bool gather() {
     std::uint32_t count = 0;
     for (;;) {
       for (; rest_ != no_node && count < capacity; rest_ = readable(rest_).next) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstddef>
+#include <memory>
 #include <new>
 
 #include "keys/large_pages.h"
@@ -54,6 +55,14 @@ Buckets::~Buckets() {
   } else {
     ::operator delete(heads_);
   }
+}
+
+std::unique_ptr<Buckets> Buckets::exchange(std::uint32_t count) try {
+  auto given = std::make_unique<Buckets>(count);
+  swap(*given);
+  return given;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 void Buckets::forget_all() {

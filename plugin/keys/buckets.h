@@ -3,6 +3,7 @@
 #define ZRB_PLUGIN_KEYS_BUCKETS_H
 
 #include <cstdint>
+#include <memory>
 #include <utility>
 
 #include "keys/hints.h"
@@ -29,6 +30,10 @@ class Buckets {
     std::swap(remainder_, other.remainder_);
     std::swap(count_, other.count_);
   }
+
+  /// Gives these away and goes on with `count` empty ones; null, and nothing is changed, when there
+  /// is no memory for that. O(count).
+  std::unique_ptr<Buckets> exchange(std::uint32_t count);
 
   std::uint32_t count() const { return count_; }
   const NodeLink* begin() const { return heads_; }

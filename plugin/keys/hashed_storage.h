@@ -18,12 +18,12 @@
 // Speed. The bucket is found without a division (remainder.h). A search for a key that asks nobody
 // reads zeros where a chain ends, instead of testing for the end first: such a test is guessed
 // wrong every other time. In tables that are not large it looks at the first two nodes of the chain
-// and then chooses, also without a branch. Growth, copies and exports go through the chains by a
-// walk that guesses nothing (bucket_walk.h), and a step chooses between the next node of the chain
-// and that of the next four buckets. In large tables, all that goes from bucket to bucket asks for
-// nodes long before it comes to them, and growth for the new buckets too, so that many cache misses
-// are under way at once; a large array of buckets lies in large pages (buckets.cpp). Elements that
-// call nobody when they die are never visited for it.
+// and then chooses, also without a branch. Growth, copies, exports and destruction go through the
+// chains by a walk that guesses nothing (bucket_walk.h), and a step chooses between the next node of
+// the chain and that of the next four buckets. In large tables, all that goes from bucket to bucket
+// asks for nodes long before it comes to them, and growth for the new buckets too, so that many
+// cache misses are under way at once; a large array of buckets lies in large pages (buckets.cpp).
+// Elements that call nobody when they die are never visited for it.
 //
 // Exceptions. Hash, equality, the copying of a key and the destruction of an element may throw,
 // unless they are declared noexcept. The table then stays valid, nothing is leaked, and the
@@ -46,6 +46,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <span>
 #include <type_traits>
 #include <utility>
 
@@ -109,7 +110,7 @@ class HashedStorage : public Usable {
   HashedStorage(const HashedStorage&) = delete;
   HashedStorage& operator=(const HashedStorage&) = delete;
   ~HashedStorage() noexcept(plain_elements) {
-    if constexpr (!plain_elements) clear();
+    if constexpr (!plain_elements) destroy_all(bucket_size_for(0));  // nobody needs more now
   }
 
   std::uint32_t size() const { return size_; }
@@ -246,20 +247,15 @@ class HashedStorage : public Usable {
 
   /// Removes every element and gives their memory back; the bucket count stays. O(buckets + n).
   void clear() {
-    const InUse use(*this);
     if constexpr (plain_elements) {
+      const InUse use(*this);
       buckets_.forget_all();
       size_ = 0;
       count_change();
+      release_memory();
     } else {
-      Unlinked unlinked(*this);
-      for (std::uint32_t bucket = 0; bucket < buckets_.count(); ++bucket) {
-        prefetch_ahead(bucket);
-        unlinked.take_chain(buckets_[bucket], nullptr);
-      }
-      unlinked.destroy();
+      destroy_all(buckets_.count());
     }
-    if (size_ == 0 && put_off_ == no_node && !is_used_by_several()) memory_.release_all();
   }
 
   /// Inserts the elements of another table, in its order, into this empty one; both hold plain
@@ -337,13 +333,21 @@ class HashedStorage : public Usable {
       if constexpr (plain_elements) {
         table_.destroy_chain(first_);
       } else if (table_.is_used_by_several()) {
-        table_.element(last_).next = std::exchange(table_.put_off_, first_);
-        first_ = no_node;
-        table_.put_off_work();
+        put_off();
+      } else if (first_ == last_) {
+        table_.destroy(std::exchange(first_, no_node));
       } else {
         finish_despite_exceptions([this] { table_.destroy_chain(first_); });
       }
       return count_;
+    }
+
+    // Leaves them, if any, to the end of the outermost operation.
+    void put_off() {
+      if (first_ == no_node) return;
+      table_.element(last_).next = std::exchange(table_.put_off_, first_);
+      first_ = no_node;
+      table_.put_off_work();
     }
 
    private:
@@ -399,6 +403,55 @@ class HashedStorage : public Usable {
       Unlinked unlinked(*this);
       unlinked.take(link);
       return unlinked.destroy();
+    }
+  }
+
+  // Destroys every element of a table that goes on with so many buckets, if there is memory for
+  // them.
+  [[gnu::noinline]] void destroy_all(std::uint32_t bucket_count) {
+    const InUse use(*this);
+    if (size_ != 0 && (is_used_by_several() || !destroy_with_buckets(bucket_count))) put_off_all();
+    release_memory();
+  }
+
+  // Unless nodes are in use, or are looked at by an operation around this one.
+  void release_memory() {
+    if (size_ == 0 && put_off_ == no_node && !is_used_by_several()) memory_.release_all();
+  }
+
+  // Takes the elements out with the array of buckets itself: a walk goes through that faster than
+  // anyone could follow a chain of all of them. False, and nothing is done, when there is no memory
+  // for other buckets.
+  bool destroy_with_buckets(std::uint32_t bucket_count) {
+    const std::unique_ptr<Buckets> detached = buckets_.exchange(bucket_count);
+    if (detached == nullptr) return false;
+    Walk walk(detached->begin(), detached->count(), size_ >= cached_elements);
+    size_ = 0;
+    count_change();
+    std::span<const NodeLink> left;
+    finish_despite_exceptions([&] { destroy_rest(walk, left); });
+    return true;
+  }
+
+  // Leaves every element to the end of the outermost operation, which may be this one.
+  [[gnu::cold]] void put_off_all() {
+    Unlinked unlinked(*this);
+    for (std::uint32_t bucket = 0; bucket < buckets_.count(); ++bucket) {
+      unlinked.take_chain(buckets_[bucket], nullptr);
+    }
+    unlinked.put_off();
+  }
+
+  // Whatever the walk comes to, from those on that are left of what it gathered.
+  [[gnu::noinline]] void destroy_rest(Walk& walk, std::span<const NodeLink>& left) {
+    for (;;) {
+      if (left.empty()) {
+        if (!walk.gather()) return;
+        left = walk.gathered();
+      }
+      const NodeLink link = left.front();
+      left = left.subspan(1);
+      destroy(link);
     }
   }
 

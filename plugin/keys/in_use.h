@@ -71,7 +71,7 @@ class InUse {
       InUse& use;
       ~End() noexcept(false) {
         --use.usable().uses_;
-        if (use.usable().doomed_) delete &use.storage_;
+        if (std::exchange(use.usable().doomed_, false)) delete &use.storage_;
       }
     } const end{*this};
     finish_despite_exceptions([this] {

@@ -482,6 +482,8 @@ class OrderedStorage : public Usable {
     } else if (is_used_by_several()) {
       end = std::exchange(put_off_, first);
       put_off_work();
+    } else if (tree_.at(first).right == no_node) {
+      destroy(first);
     } else {
       finish_despite_exceptions([&] { destroy_chain(first); });
     }

@@ -1,6 +1,7 @@
 // A failure at each allocation that the plugin makes, once and from there on.
 //
-// It reaches the host as std::bad_alloc. Reading and copying, and a constructor that finds no
+// It reaches the host as std::bad_alloc, but for memory that only makes the removal of all elements
+// faster: that goes on without. Reading and copying, and a constructor that finds no
 // memory for its storage, leave the content as it was; so does an insertion, whose table may have
 // grown; a constructor that fills keeps the entries that it took before. Nothing is leaked.
 #include <algorithm>
@@ -20,11 +21,12 @@ class Allocations : public RoutineTest {
  protected:
   Allocations() { plugin_heap::attend_to(routines().front().method->function); }
 
-  std::size_t count(const Plain& plain) {
+  std::size_t count(Plain& plain) {
     Scene scene(*plain.routine, access(), stock(), plain.elements, plain.given);
     plugin_heap::fail_at(0, false);
     scene.call();
     const std::size_t asked_for = plugin_heap::stop_failing();
+    plain.after = scene.now().value();
     expect_none(scene.end(false), plain, "no fault", 0);
     return asked_for;
   }
@@ -43,7 +45,11 @@ class Allocations : public RoutineTest {
     plugin_heap::stop_failing();
 
     const Contents now = scene.now().value();
-    if (!is_expected(scene, plain, now)) problems += "content " + describe(now) + "\n";
+    if (!problems.empty() && removes_all(plain) && now == plain.after) {
+      problems.clear();
+    } else if (!is_expected(scene, plain, now)) {
+      problems += "content " + describe(now) + "\n";
+    }
     problems += inconsistency(scene, now);
     const bool leaves_storage = scene.left_storage_behind();
     problems += later_trouble(scene, now);
@@ -56,6 +62,11 @@ class Allocations : public RoutineTest {
   }
 
  private:
+  static bool removes_all(const Plain& plain) {
+    const Effect effect = plain.routine->driver->effect;
+    return effect == Effect::empties || effect == Effect::replaces || effect == Effect::destroys;
+  }
+
   static bool is_expected(const Scene& scene, const Plain& plain, const Contents& now) {
     const Effect effect = plain.routine->driver->effect;
     if (now == scene.before()) return true;
