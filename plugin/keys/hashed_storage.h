@@ -19,11 +19,11 @@
 // reads zeros where a chain ends, instead of testing for the end first: such a test is guessed
 // wrong every other time. In tables that are not large it looks at the first two nodes of the chain
 // and then chooses, also without a branch. Growth, copies, exports and destruction go through the
-// chains by a walk that guesses nothing (bucket_walk.h), and a step chooses between the next node of
-// the chain and that of the next four buckets. In large tables, all that goes from bucket to bucket
-// asks for nodes long before it comes to them, and growth for the new buckets too, so that many
-// cache misses are under way at once; a large array of buckets lies in large pages (buckets.cpp).
-// Elements that call nobody when they die are never visited for it.
+// chains by a walk that guesses nothing (bucket_walk.h), and a step chooses between the next node
+// of the chain and that of the next four buckets. In large tables, all that goes from bucket to
+// bucket asks for nodes long before it comes to them, and growth for the new buckets too, so that
+// many cache misses are under way at once; a large array of buckets lies in large pages
+// (buckets.cpp). Elements that call nobody when they die are never visited for it.
 //
 // Exceptions. Hash, equality, the copying of a key and the destruction of an element may throw,
 // unless they are declared noexcept. The table then stays valid, nothing is leaked, and the
