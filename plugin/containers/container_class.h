@@ -45,7 +45,7 @@ struct ContainerClass {
   using Element = typename Storage::Element;
   using ElementUse = typename Storage::ElementUse;
   /// Guards what begins with a KeyProbe, which locks its key: that may run host code, too.
-  using KeyUse = std::conditional_t<Storage::plain_keys, NotInUse, InUse<Storage>>;
+  using KeyUse = typename Storage::KeyUse;
 };
 
 #endif

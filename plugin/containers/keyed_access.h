@@ -28,7 +28,7 @@ struct KeyedAccess {
   static std::int32_t remove_key(REALobject instance, typename C::Storage& storage,
                                  typename C::KeyHost key) {
     return change_storage<C>(instance, storage, [&] {
-      const typename C::KeyUse use(storage);
+      const typename C::ElementUse use(storage);
       const typename C::KeyProbe probe(key);
       return static_cast<std::int32_t>(storage.erase(probe));
     });

@@ -50,6 +50,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "host/locked_handle.h"
 #include "keys/bucket_sizes.h"
 #include "keys/bucket_walk.h"
 #include "keys/buckets.h"
@@ -99,7 +100,8 @@ class HashedStorage : public Usable {
   static constexpr bool integers_to_integers =
       std::is_same_v<Key, std::int32_t> && std::is_same_v<Value, std::int32_t>;
 
-  /// Guards what is done to elements.
+  /// What whoever calls an operation holds meanwhile: one on a key, or one on elements.
+  using KeyUse = std::conditional_t<plain_keys, NotInUse, InUse<HashedStorage>>;
   using ElementUse = std::conditional_t<plain_elements, NotInUse, InUse<HashedStorage>>;
 
   /// Buckets that a new container asks for.
@@ -152,7 +154,6 @@ class HashedStorage : public Usable {
   /// The element with this key, or the end. O(1).
   template <class Probe>
   Position find(const Probe& key) {
-    const SearchUse use(*this);
     const std::uint32_t hash = Hash{}(key);
     const NodeLink found = find_link(hash, key);
     return {found == no_node ? nullptr : &element(found), this, buckets_.of(hash)};
@@ -177,7 +178,6 @@ class HashedStorage : public Usable {
   /// O(1), or O(n) when it grows.
   template <class Probe>
   InsertResult insert_unique(const Probe& key) {
-    const SearchUse use(*this);
     make_room_for_one();
     const std::uint32_t hash = Hash{}(key);
     for (int attempts = 1;; ++attempts) {
@@ -200,7 +200,6 @@ class HashedStorage : public Usable {
   /// byte): they are kept beside each other until growth brings them into one bucket.
   template <class Probe>
   std::uint32_t erase(const Probe& key) {
-    const RemovalUse use(*this);
     const std::uint32_t hash = Hash{}(key);
     if constexpr (plain_keys) {
       NodeLink* link = &buckets_[buckets_.of(hash)];
@@ -218,7 +217,6 @@ class HashedStorage : public Usable {
   /// Removes the element at `position`; at the end, nothing. O(1).
   void erase(Position position) {
     if (position.is_end()) return;
-    const RemovalUse use(*this);
     const std::uint32_t hash = Hash{}(position.node->key);
     if (NodeLink* link = link_to(position.node, buckets_.of(hash))) remove(*link);
   }
@@ -227,7 +225,6 @@ class HashedStorage : public Usable {
   /// between them).
   void erase(Position first, Position last) {
     if (first.node == last.node || first.is_end()) return;
-    const RemovalUse use(*this);
     const std::uint32_t first_hash = Hash{}(first.node->key);
     const std::uint32_t last_hash = last.is_end() ? 0 : Hash{}(last.node->key);
     const std::uint32_t first_bucket = buckets_.of(first_hash);
@@ -292,10 +289,6 @@ class HashedStorage : public Usable {
   static constexpr std::uint32_t cached_steps = 65536;
   // Of fewer, a search does better to load two nodes than to guess which one it needs.
   static constexpr std::uint32_t near_elements = 131072;
-
-  // What calls nobody needs no guard.
-  using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<HashedStorage>>;
-  using RemovalUse = ElementUse;
 
   // Nodes that were taken out of the table and are still to be destroyed, in the order in which
   // they were taken. Within another operation, that is left to the end of it.
@@ -392,18 +385,17 @@ class HashedStorage : public Usable {
 
   // Removes the node that `link` leads to; how many that are: 1.
   std::uint32_t remove(NodeLink& link) {
-    if constexpr (plain_elements) {
-      const NodeLink node = link;
-      link = element(node).next;
-      --size_;
-      count_change();
-      memory_.deallocate(node);
-      return 1;
+    const NodeLink node = link;
+    link = element(node).next;
+    --size_;
+    count_change();
+    if (plain_elements || !is_used_by_several()) {
+      destroy(node);
     } else {
-      Unlinked unlinked(*this);
-      unlinked.take(link);
-      return unlinked.destroy();
+      element(node).next = std::exchange(put_off_, node);
+      put_off_work();
     }
+    return 1;
   }
 
   // Destroys every element of a table that goes on with so many buckets, if there is memory for
@@ -509,7 +501,7 @@ class HashedStorage : public Usable {
       position.node = &element(next);
       return;
     }
-    const SearchUse use(*this);
+    const KeyUse use(*this);
     position.bucket = buckets_.of(Hash{}(position.node->key)) + 1;
     position.node = first_element_from(position.bucket);
   }

@@ -1,8 +1,9 @@
 // Storage that may be changed, cleared or destroyed while one of its own operations runs.
 //
 // An operation calls the host: to lock, to hash, to compare. A host can run code of the program
-// meanwhile, which can change the container or let it die. So every operation that calls the host
-// holds an InUse on its storage. Until the outermost one ends, elements that are taken out are not
+// meanwhile, which can change the container or let it die. So whoever calls an operation that calls
+// the host holds an InUse on the storage meanwhile; what goes through all elements holds one of its
+// own. Until the outermost one ends, elements that are taken out under another one are not
 // destroyed, so that every handle stays locked that an operation may be looking at; node memory is
 // not given back; and a storage that was destroyed is only emptied. Whether something changed
 // meanwhile, an operation learns from the count of changes.
@@ -10,10 +11,6 @@
 #define ZRB_PLUGIN_KEYS_IN_USE_H
 
 #include <cstdint>
-#include <utility>
-
-#include "host/locked_handle.h"
-#include "keys/finish.h"
 
 /// How often a search is begun again because the storage changed under it. A host that changes it
 /// every time gets the answer "not there" in the end, rather than a plugin that never returns.
@@ -36,6 +33,17 @@ class Usable {
   void put_off_work() { has_work_ = true; }
 
  private:
+  using Step = void (*)(Usable& storage);
+
+  template <class Storage>
+  [[gnu::noinline]] static void destroy(Usable& storage) {
+    delete &static_cast<Storage&>(storage);
+  }
+
+  // Ends the outermost use: does what was put off, by `finish_work`, and destroys a doomed storage.
+  // For the destructor of an InUse; see `release_in_destructor`.
+  void end_last_use(Step finish_work, Step destroy_doomed);
+
   template <class Storage>
   friend class InUse;
   template <class Storage>
@@ -57,7 +65,8 @@ class InUse {
   /// Does what was put off, when this is the outermost; see `release_in_destructor`.
   ~InUse() noexcept(false) {
     if (usable().has_work_ && usable().uses_ == 1) [[unlikely]] {
-      release_in_destructor([this] { finish(); });
+      usable().end_last_use([](Usable& storage) { static_cast<Storage&>(storage).finish_work(); },
+                            Usable::destroy<Storage>);
     } else {
       --usable().uses_;
     }
@@ -65,19 +74,6 @@ class InUse {
 
  private:
   Usable& usable() { return storage_; }
-
-  [[gnu::cold]] void finish() {
-    struct End {
-      InUse& use;
-      ~End() noexcept(false) {
-        --use.usable().uses_;
-        if (std::exchange(use.usable().doomed_, false)) delete &use.storage_;
-      }
-    } const end{*this};
-    finish_despite_exceptions([this] {
-      while (std::exchange(usable().has_work_, false)) storage_.finish_work();
-    });
-  }
 
   Storage& storage_;
 };
@@ -93,10 +89,7 @@ struct NotInUse {
 template <class Storage>
 void destroy_storage(Storage* storage) {
   Usable& usable = *storage;
-  if (usable.uses_ == 0) {
-    delete storage;
-    return;
-  }
+  if (usable.uses_ == 0) return Usable::destroy<Storage>(usable);
   usable.doomed_ = usable.has_work_ = true;
   storage->clear();
 }

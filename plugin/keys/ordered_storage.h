@@ -29,6 +29,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "host/locked_handle.h"
 #include "keys/entry.h"
 #include "keys/finish.h"
 #include "keys/hints.h"
@@ -65,7 +66,8 @@ class OrderedStorage : public Usable {
   /// Whether nothing that is done to elements does.
   static constexpr bool plain_elements = plain_keys && std::is_trivially_copyable_v<Value>;
 
-  /// Guards what is done to elements.
+  /// What whoever calls an operation holds meanwhile: one on a key, or one on elements.
+  using KeyUse = std::conditional_t<plain_keys, NotInUse, InUse<OrderedStorage>>;
   using ElementUse = std::conditional_t<plain_elements, NotInUse, InUse<OrderedStorage>>;
 
   OrderedStorage() = default;
@@ -116,7 +118,6 @@ class OrderedStorage : public Usable {
   /// The element with this key, or the end. O(log n).
   template <class Probe>
   Position find(const Probe& key) {
-    const SearchUse use(*this);
     if constexpr (plain_keys) return position(find_plain(key));
     return position(search_again([&] {
       const NodeLink found = lower_bound_below(tree_.root(), nil(), key);
@@ -127,21 +128,18 @@ class OrderedStorage : public Usable {
   /// 1 when the key is there, else 0. O(log n).
   template <class Probe>
   std::uint32_t count(const Probe& key) {
-    const SearchUse use(*this);
     return find(key).is_end() ? 0 : 1;
   }
 
   /// The first element whose key is not less than `key`, or the end. O(log n).
   template <class Probe>
   Position lower_bound(const Probe& key) {
-    const SearchUse use(*this);
     return position(search_again([&] { return lower_bound_below(tree_.root(), nil(), key); }));
   }
 
   /// The first element whose key is greater than `key`, or the end. O(log n).
   template <class Probe>
   Position upper_bound(const Probe& key) {
-    const SearchUse use(*this);
     return position(search_again([&] { return upper_bound_below(tree_.root(), nil(), key); }));
   }
 
@@ -149,7 +147,6 @@ class OrderedStorage : public Usable {
   /// amortised for a plain key that is larger than all others.
   template <class Probe>
   InsertResult insert_unique(const Probe& key) {
-    const SearchUse use(*this);
     for (int attempts = 1;; ++attempts) {
       Place place = place_of(key);
       if (place.present != no_node) return {element(place.present), false};
@@ -158,9 +155,7 @@ class OrderedStorage : public Usable {
       const bool is_place = plain_keys || changes() == changes_before;
       if (is_place || attempts == search_attempts) {
         if (!is_place) place = behind_the_largest();
-        tree_.insert(node, place.parent, place.as_left_child);
-        ++size_;
-        count_change();
+        link(node, place);
         return {element(node), true};
       }
       destroy(node);
@@ -171,7 +166,6 @@ class OrderedStorage : public Usable {
   /// n).
   template <class Probe>
   std::uint32_t erase(const Probe& key) {
-    const RemovalUse use(*this);
     if constexpr (plain_keys) {
       const NodeLink found = find_plain(key);
       return found == nil() ? 0 : remove_one(found);
@@ -187,14 +181,12 @@ class OrderedStorage : public Usable {
   /// Removes the element at `position`; at the end, nothing. O(log n).
   void erase(Position position) {
     if (position.is_end()) return;
-    const RemovalUse use(*this);
     remove_one(link_to(position.node));
   }
 
   /// Removes the elements from `first` up to but not including `last`; how many went. O(k log n)
   /// for k elements, O(n) for all of them.
   std::uint32_t erase(Position first, Position last) {
-    const RemovalUse use(*this);
     if (first == begin() && last.is_end()) {
       const std::uint32_t removed = size_;
       clear();
@@ -215,9 +207,7 @@ class OrderedStorage : public Usable {
       if (is_used_by_several() && rest != nil()) {
         put_off_all(rest);
       } else {
-        finish_despite_exceptions([&] {
-          while (rest != nil()) destroy(tree_.take_leaf(rest));
-        });
+        destroy_all(rest);
       }
     }
     if (size_ == 0 && put_off_ == no_node && !is_used_by_several()) tree_.memory().release_all();
@@ -230,15 +220,47 @@ class OrderedStorage : public Usable {
     count_change();
   }
 
+  /// Fills an empty tree with keys that ask the host, in ascending order. None of them is compared,
+  /// but they are left the locks that the comparisons would leave on the way to their places.
+  class Appender {
+   public:
+    explicit Appender(OrderedStorage& storage)
+        : storage_(storage), changes_(storage.changes()), was_empty_(storage.empty()) {}
+
+    /// The new element, with an empty value; null, and nothing is added, when others have filled or
+    /// changed the tree. O(log n).
+    Element* append(const Key& key) {
+      if (!was_empty_ || is_disturbed()) return nullptr;
+      const RedBlackTree& tree = storage_.tree_;
+      for (NodeLink node = tree.root(); node != tree.nil(); node = tree.at(node).right) {
+        Less::leave_locks(storage_.key_at(node), key);
+        if (is_disturbed()) return nullptr;
+      }
+      const bool is_first = storage_.empty();
+      if (!is_first) Less::leave_locks(storage_.key_at(tree.largest()), key);
+      const NodeLink node = storage_.create(key);
+      if (is_disturbed()) {
+        storage_.destroy(node);
+        return nullptr;
+      }
+      storage_.link(node, is_first ? storage_.root_place() : storage_.behind_the_largest());
+      changes_ = storage_.changes();
+      return &storage_.element(node);
+    }
+
+   private:
+    bool is_disturbed() const { return storage_.changes() != changes_; }
+
+    OrderedStorage& storage_;
+    std::uint32_t changes_;  // when the last key was appended
+    bool was_empty_;
+  };
+
  private:
   friend class OrderedStorageInspector;  // the invariant checker of the tests
   friend class InUse<OrderedStorage>;
 
   static constexpr std::uint32_t cached_elements = 1024;  // fewer need no prefetch
-
-  // What calls nobody needs no guard.
-  using SearchUse = std::conditional_t<plain_keys, NotInUse, InUse<OrderedStorage>>;
-  using RemovalUse = ElementUse;
 
   // The links from `first` up to but not including `last`.
   struct Range {
@@ -358,6 +380,12 @@ class OrderedStorage : public Usable {
   // the tree whenever it is asked.
   Place behind_the_largest() const { return {no_node, tree_.largest(), false}; }
 
+  void link(NodeLink node, const Place& place) {
+    tree_.insert(node, place.parent, place.as_left_child);
+    ++size_;
+    count_change();
+  }
+
   // Where the first key of all goes.
   Place root_place() const { return {no_node, nil(), true}; }
 
@@ -461,6 +489,13 @@ class OrderedStorage : public Usable {
       destroy_or_put_off(node, end);
     }
     return 1;
+  }
+
+  // All nodes of a tree that was forgotten.
+  void destroy_all(NodeLink& root) {
+    finish_despite_exceptions([&] {
+      while (root != nil()) destroy(tree_.take_leaf(root));
+    });
   }
 
   // All nodes of a tree that was forgotten, at least one, to be destroyed before those put off

@@ -1,7 +1,5 @@
 #include "keys/string_key.h"
 
-#include "keys/comparison_locks.h"
-
 namespace {
 
 // Texts of this many bytes and more begin with some that are hashed at once.

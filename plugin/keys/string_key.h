@@ -8,6 +8,7 @@
 #include "host/binary_interface.h"
 #include "host/locked_handle.h"
 #include "keys/compare_bytes.h"
+#include "keys/comparison_locks.h"
 #include "keys/text_view.h"
 
 /// A stored string: one host string, locked while it is held; nil is allowed and equals "".
@@ -56,6 +57,11 @@ struct LTRBString {
   }
   bool operator()(const StringProbe& key, const RBString& stored) const {
     return compare_leaving_locks(stored, key) > 0;
+  }
+
+  /// What a comparison leaves, for an order that is known.
+  static void leave_locks(const RBString& stored, const RBString& key) {
+    leave_comparison_locks(stored.get(), key.get());
   }
 };
 

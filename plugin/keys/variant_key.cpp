@@ -1,7 +1,6 @@
 #include "keys/variant_key.h"
 
 #include "host/services.h"
-#include "keys/comparison_locks.h"
 #include "keys/variant_access.h"
 
 namespace {

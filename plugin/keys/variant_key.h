@@ -6,6 +6,7 @@
 
 #include "host/binary_interface.h"
 #include "host/locked_handle.h"
+#include "keys/comparison_locks.h"
 #include "keys/string_key.h"
 #include "keys/text_view.h"
 
@@ -58,6 +59,11 @@ struct EqualRBVariant {
 struct LTRBVariant {
   bool operator()(const RBVariant& stored, const VariantProbe& key) const;
   bool operator()(const VariantProbe& key, const RBVariant& stored) const;
+
+  /// What a comparison leaves, for an order that is known.
+  static void leave_locks(const RBVariant& stored, const RBVariant& key) {
+    leave_comparison_locks(stored.get(), key.get());
+  }
 };
 
 /// 0 for nil, the string hash for a string, else the host's hash of the variant (0 in a host that

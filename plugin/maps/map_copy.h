@@ -35,7 +35,8 @@ struct MapCopy {
   }
 
  private:
-  // Entry by entry, as a program would assign them; faster where nobody could tell.
+  // Entry by entry, as a program would assign them; faster where nobody could tell. In a tree the
+  // entries come in its own order, so that none needs to be compared.
   [[gnu::cold]] static void copy(typename C::Storage& source, typename C::Storage& target) {
     if constexpr (C::Storage::plain_elements) {
       // Host code that ran when the former caches went may have filled the fresh storage again.
@@ -45,11 +46,27 @@ struct MapCopy {
       }
     }
     const InUse use(target);
-    source.for_each([&](const auto& element) {
-      MapOperations<C>::assign(target, typename C::KeyProbe(C::Key::lend(element.key)),
-                               C::Value::lend(element.value));
-      return true;
-    });
+    if constexpr (C::is_ordered && !C::Storage::plain_keys) {
+      typename C::Storage::Appender appender(target);
+      source.for_each([&](const auto& element) {
+        if (auto* copied = appender.append(element.key)) {
+          MapOperations<C>::replace_value(*copied, C::Value::lend(element.value));
+        } else {
+          assign(target, element);
+        }
+        return true;
+      });
+    } else {
+      source.for_each([&](const auto& element) {
+        assign(target, element);
+        return true;
+      });
+    }
+  }
+
+  static void assign(typename C::Storage& target, const typename C::Element& element) {
+    MapOperations<C>::assign(target, typename C::KeyProbe(C::Key::lend(element.key)),
+                             C::Value::lend(element.value));
   }
 };
 

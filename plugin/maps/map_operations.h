@@ -37,7 +37,7 @@ struct MapOperations : private KeyedAccess<C> {
     if (storage == nullptr) return;
     prefetch_held(value);  // which is locked when the key has been found
     change_storage<C>(instance, *storage, [&] {
-      const typename C::KeyUse use(*storage);
+      const typename C::ElementUse use(*storage);
       assign(*storage, typename C::KeyProbe(key), value);
     });
   }
@@ -64,10 +64,12 @@ struct MapOperations : private KeyedAccess<C> {
   }
 
   /// Finds or adds the key and replaces its value, as assignment by a program does; for the other
-  /// map routines too.
+  /// map routines too. The caller has the storage in use.
   static void assign(Storage& storage, const typename C::KeyProbe& key, ValueHost value) {
-    const typename C::ElementUse use(storage);
-    auto& entry = storage.insert_unique(key).entry;
+    replace_value(storage.insert_unique(key).entry, value);
+  }
+
+  static void replace_value(typename C::Element& entry, ValueHost value) {
     StoredValue replacement(value);
     std::swap(entry.value, replacement);
   }

@@ -21,6 +21,11 @@ class CopyLocks : public locks::LockTest {
 };
 ZRB_FOR_CLASSES(CopyLocks, support::map_classes());
 
+class TreeCopyLocks : public CopyLocks {};
+ZRB_FOR_CLASSES(TreeCopyLocks, support::classes_where([](const support::ContainerClass& c) {
+                  return c.is_map() && c.is_ordered();
+                }));
+
 ZRB_LOCK_TEST(CopyLocks, a_copy_locks_each_key_and_value_once_until_it_dies, member::from_map,
               member::destructor) {
   const Single source = single();
@@ -67,6 +72,35 @@ ZRB_LOCK_TEST(CopyLocks, a_copy_of_two_entries_compares_the_second_with_the_firs
     if (container_class().is_ordered()) add_comparisons(expected, source.key, second_key, 2);
     EXPECT_EQ(watch.changes(), expected) << (by_clone ? "Clone" : "Constructor");
   }
+}
+
+/// The comparisons in a copied tree are known beforehand, as the entries come in its own order;
+/// they need not be made, but leave their locks.
+ZRB_LOCK_TEST(TreeCopyLocks, a_copy_leaves_the_locks_of_assignments_in_ascending_order,
+              member::from_map, member::clone) {
+  const Container source = make_with(100);
+  const auto changes_by = [](const std::function<Container()>& fill) {
+    const LockWatch watch;
+    const Container filled = fill();
+    LockChanges changes = watch.changes();
+    EXPECT_EQ(changes.erase(filled.get()), 1u);
+    return changes;
+  };
+  const LockChanges expected = changes_by([&] {
+    Container assigned = make();
+    const Iterator end = source.last();
+    for (const Iterator at = source.first(); !at.is_equal(end); at.move_next()) {
+      assigned.put(at.key(), at.value());
+    }
+    return assigned;
+  });
+  EXPECT_EQ(changes_by([&] { return clone(source); }), expected);
+  EXPECT_EQ(changes_by([&] {
+              Container constructed = Container::without_storage(container_class());
+              construct_from(constructed, source.get());
+              return constructed;
+            }),
+            expected);
 }
 
 ZRB_LOCK_TEST(CopyLocks, former_content_is_given_back, member::from_map) {

@@ -65,14 +65,70 @@ struct CallingLess {
   }
 };
 
-using HashedSet = HashedStorage<CallingKey, NoValue, NumberHash, CallingEqual>;
-using OrderedSet = OrderedStorage<CallingKey, NoValue, CallingLess>;
+/// A storage whose operations are called as a container calls them: with the storage in use.
+template <class Storage>
+class Used {
+ public:
+  using Position = typename Storage::Position;
+
+  Used() = default;
+  Used(const Used&) = delete;
+  Used& operator=(const Used&) = delete;
+  ~Used() { destroy(); }
+
+  void destroy() {
+    if (storage_ != nullptr) destroy_storage(std::exchange(storage_, nullptr));
+  }
+
+  Storage& storage() { return *storage_; }
+  std::uint32_t size() const { return storage_->size(); }
+  bool empty() const { return storage_->empty(); }
+  std::uint32_t bucket_count() const { return storage_->bucket_count(); }
+  Position begin() { return storage_->begin(); }
+  Position end() { return storage_->end(); }
+  void clear() { storage_->clear(); }
+  template <class Visit>
+  bool for_each(Visit visit) {
+    return storage_->for_each(visit);
+  }
+
+  Position find(const CallingKey& key) {
+    const InUse use(*storage_);
+    return storage_->find(key);
+  }
+  std::uint32_t count(const CallingKey& key) {
+    const InUse use(*storage_);
+    return storage_->count(key);
+  }
+  auto insert_unique(const CallingKey& key) {
+    const InUse use(*storage_);
+    return storage_->insert_unique(key);
+  }
+  std::uint32_t erase(const CallingKey& key) {
+    const InUse use(*storage_);
+    return storage_->erase(key);
+  }
+  void erase(Position position) {
+    const InUse use(*storage_);
+    storage_->erase(position);
+  }
+  void erase(Position first, Position last) {
+    const InUse use(*storage_);
+    storage_->erase(first, last);
+  }
+
+ private:
+  Storage* storage_ = new Storage;  // null when it was destroyed
+};
+
+using HashedSet = Used<HashedStorage<CallingKey, NoValue, NumberHash, CallingEqual>>;
+using OrderedSet = Used<OrderedStorage<CallingKey, NoValue, CallingLess>>;
 
 testing::AssertionResult check(HashedSet& set) {
-  return HashedStorageInspector::check(set);
+  return HashedStorageInspector::check(set.storage());
 }
 testing::AssertionResult check(OrderedSet& set) {
-  return OrderedStorageInspector::check(set);
+  return OrderedStorageInspector::check(set.storage());
 }
 
 template <class Set>
@@ -286,10 +342,10 @@ TYPED_TEST(StorageInUse, keeps_what_an_element_adds_as_it_dies) {
 }
 
 TYPED_TEST(StorageInUse, ends_a_search_in_a_storage_that_was_destroyed_meanwhile) {
-  auto* set = new TypeParam;
-  this->add(*set, 10);
-  CallingKey::on_comparison = [&] { destroy_storage(set); };
-  EXPECT_EQ(set->count(CallingKey(5)), 0U);
+  TypeParam set;
+  this->add(set, 10);
+  CallingKey::on_comparison = [&] { set.destroy(); };
+  EXPECT_EQ(set.count(CallingKey(5)), 0U);
   EXPECT_EQ(CallingKey::alive, 0);
 }
 
