@@ -20,9 +20,10 @@
 // wrong every other time. In tables that are not large it looks at the first two nodes of the chain
 // and then chooses, also without a branch. Growth, copies, exports and destruction go through the
 // chains by a walk that guesses nothing (bucket_walk.h), and a step chooses between the next node
-// of the chain and that of the next four buckets. In large tables, all that goes from bucket to
-// bucket asks for nodes long before it comes to them, and growth for the new buckets too, so that
-// many cache misses are under way at once; a large array of buckets lies in large pages
+// of the chain and that of the next four buckets. Where a hash asks the host, a step does without:
+// it looks for its element in the bucket of the step before. In large tables, all that goes from
+// bucket to bucket asks for nodes long before it comes to them, and growth for the new buckets too,
+// so that many cache misses are under way at once; a large array of buckets lies in large pages
 // (buckets.cpp). Elements that call nobody when they die are never visited for it.
 //
 // Exceptions. Hash, equality, the copying of a key and the destruction of an element may throw,
@@ -128,7 +129,8 @@ class HashedStorage : public Usable {
   }
   Position end() { return {nullptr, this, 0}; }
 
-  /// Moves to the next element, or to the end; stays at the end. Hashes the key at a chain's end.
+  /// Moves to the next element, or to the end; stays at the end. Hashes the key at a chain's end,
+  /// if the table has grown since the last step.
   static void advance(Position& position) {
     if (position.is_end()) return;
     HashedStorage& table = *position.table;
@@ -501,6 +503,16 @@ class HashedStorage : public Usable {
       position.node = &element(next);
       return;
     }
+    // Nearly always the bucket of the last step: to look for the element there takes no call of the
+    // host, as its hash would.
+    if (position.bucket < buckets_.count() && link_to(position.node, position.bucket) != nullptr) {
+      position.node = first_element_from(++position.bucket);
+    } else {
+      advance_by_hash(position);
+    }
+  }
+
+  [[gnu::cold]] void advance_by_hash(Position& position) {
     const KeyUse use(*this);
     position.bucket = buckets_.of(Hash{}(position.node->key)) + 1;
     position.node = first_element_from(position.bucket);

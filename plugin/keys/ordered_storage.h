@@ -5,13 +5,17 @@
 // tree stays sound and nothing is lost. Nodes never move.
 //
 // Speed. A node of a map from integers to integers has 20 bytes (red_black_tree.h), so that more of
-// a large tree is in the cache. Keys that ask nobody are compared without branches on the way down:
-// a wrongly guessed turn at every second node costs more than loading both children. An ascending
-// key is compared with the largest one first and then needs no way down at all. A copy of plain
-// elements takes over the tree's shape, without a comparison, level by level (red_black_tree.h). A
-// walk through a large tree asks for some hundred nodes at once (red_black_tree.cpp), and so does
-// the destruction of elements that hold something. Where a comparison asks the host, what the next
-// one will touch, on either side, is asked for while this one is made.
+// a large tree is in the cache. A search turns without branches on the way down: a wrongly guessed
+// turn at every second node costs more than loading both children. An ascending key is compared
+// with the largest one first and then needs no way down at all. A copy of plain elements takes over
+// the tree's shape, without a comparison, level by level (red_black_tree.h). A walk through a large
+// tree asks for some hundred nodes at once (red_black_tree.cpp), and so does the destruction of
+// elements that hold something.
+//
+// Where a comparison asks the host, none is made whose outcome is known (comparisons.h): in a
+// search that has found its key, in a run of ascending keys, in a copy. The locks that it would
+// leave are left all the same. What the next comparison will touch, on either side, is asked for
+// while one is made.
 //
 // Exceptions. The order, the copying of a key and the destruction of an element may throw, unless
 // they are declared noexcept. The tree then stays valid, nothing is leaked, and the exception
@@ -30,6 +34,7 @@
 #include <utility>
 
 #include "host/locked_handle.h"
+#include "keys/comparisons.h"
 #include "keys/entry.h"
 #include "keys/finish.h"
 #include "keys/hints.h"
@@ -120,8 +125,9 @@ class OrderedStorage : public Usable {
   Position find(const Probe& key) {
     if constexpr (plain_keys) return position(find_plain(key));
     return position(search_again([&] {
-      const NodeLink found = lower_bound_below(tree_.root(), nil(), key);
-      return found == nil() || Less{}(key, key_at(found)) ? nil() : found;
+      Comparing<Probe> comparing(key);
+      const NodeLink found = lower_bound_below(tree_.root(), nil(), comparing);
+      return found == nil() || comparing.is_behind(key_at(found)) ? nil() : found;
     }));
   }
 
@@ -134,13 +140,19 @@ class OrderedStorage : public Usable {
   /// The first element whose key is not less than `key`, or the end. O(log n).
   template <class Probe>
   Position lower_bound(const Probe& key) {
-    return position(search_again([&] { return lower_bound_below(tree_.root(), nil(), key); }));
+    return position(search_again([&] {
+      Comparing<Probe> comparing(key);
+      return lower_bound_below(tree_.root(), nil(), comparing);
+    }));
   }
 
   /// The first element whose key is greater than `key`, or the end. O(log n).
   template <class Probe>
   Position upper_bound(const Probe& key) {
-    return position(search_again([&] { return upper_bound_below(tree_.root(), nil(), key); }));
+    return position(search_again([&] {
+      Comparing<Probe> comparing(key);
+      return upper_bound_below(tree_.root(), nil(), comparing);
+    }));
   }
 
   /// The element with this key; if there is none, a new one with an empty value. O(log n); O(1)
@@ -231,13 +243,8 @@ class OrderedStorage : public Usable {
     /// changed the tree. O(log n).
     Element* append(const Key& key) {
       if (!was_empty_ || is_disturbed()) return nullptr;
-      const RedBlackTree& tree = storage_.tree_;
-      for (NodeLink node = tree.root(); node != tree.nil(); node = tree.at(node).right) {
-        Less::leave_locks(storage_.key_at(node), key);
-        if (is_disturbed()) return nullptr;
-      }
       const bool is_first = storage_.empty();
-      if (!is_first) Less::leave_locks(storage_.key_at(tree.largest()), key);
+      if (!storage_.leave_locks_to_largest(key)) return nullptr;
       const NodeLink node = storage_.create(key);
       if (is_disturbed()) {
         storage_.destroy(node);
@@ -259,6 +266,9 @@ class OrderedStorage : public Usable {
  private:
   friend class OrderedStorageInspector;  // the invariant checker of the tests
   friend class InUse<OrderedStorage>;
+
+  template <class Probe>
+  using Comparing = Comparisons<Less, Key, Probe>;
 
   static constexpr std::uint32_t cached_elements = 1024;  // fewer need no prefetch
 
@@ -299,12 +309,12 @@ class OrderedStorage : public Usable {
   // The bounds within the subtree at `node`; `otherwise` when it has no such element. They end
   // early when the tree changes.
   template <class Probe>
-  NodeLink lower_bound_below(NodeLink node, NodeLink otherwise, const Probe& key) const {
-    return bound_below(node, otherwise, [&](const Key& stored) { return Less{}(stored, key); });
+  NodeLink lower_bound_below(NodeLink node, NodeLink otherwise, Comparing<Probe>& key) const {
+    return bound_below(node, otherwise, [&](const Key& stored) { return key.is_before(stored); });
   }
   template <class Probe>
-  NodeLink upper_bound_below(NodeLink node, NodeLink otherwise, const Probe& key) const {
-    return bound_below(node, otherwise, [&](const Key& stored) { return !Less{}(key, stored); });
+  NodeLink upper_bound_below(NodeLink node, NodeLink otherwise, Comparing<Probe>& key) const {
+    return bound_below(node, otherwise, [&](const Key& stored) { return !key.is_behind(stored); });
   }
 
   // The first element that is not before the bound.
@@ -316,8 +326,8 @@ class OrderedStorage : public Usable {
       prefetch_below(at_node);
       const bool before = is_before(at_node.key);
       if (!plain_keys && changes() != changes_before) return nil();
-      otherwise = before ? otherwise : node;
-      node = before ? at_node.right : at_node.left;
+      otherwise = choose(opaque(before), otherwise, node);  // opaque, so that both stay choices
+      node = choose(before, at_node.right, at_node.left);
     }
     return otherwise;
   }
@@ -384,27 +394,47 @@ class OrderedStorage : public Usable {
     tree_.insert(node, place.parent, place.as_left_child);
     ++size_;
     count_change();
+    if constexpr (!plain_keys) grows_upwards_ = tree_.largest() == node;
   }
 
   // Where the first key of all goes.
   Place root_place() const { return {no_node, nil(), true}; }
 
+  // Leaves the locks of the comparisons that would bring a key that is larger than all others to
+  // its place. False when the tree changes meanwhile.
+  bool leave_locks_to_largest(const Key& key) {
+    const std::uint32_t changes_before = changes();
+    for (NodeLink node = tree_.root(); node != nil(); node = tree_.at(node).right) {
+      Less::leave_locks(key_at(node), key);
+      if (changes() != changes_before) return false;
+    }
+    if (!empty()) Less::leave_locks(key_at(tree_.largest()), key);
+    return changes() == changes_before;
+  }
+
   template <class Probe>
   Place search_place(const Probe& key) {
     const std::uint32_t changes_before = changes();
+    Comparing<Probe> comparing(key);
+    if constexpr (Comparing<Probe>::answers_both) {
+      if (grows_upwards_ && !empty() && Less::is_larger(key, key_at(tree_.largest()))) {
+        leave_locks_to_largest(key);
+        return behind_the_largest();
+      }
+    }
     Place place = root_place();
     for (NodeLink node = tree_.root(); node != nil();) {
       const Element& at_node = element(node);
       prefetch_below(at_node);
       place.parent = node;
-      place.as_left_child = Less{}(key, at_node.key);
+      place.as_left_child = comparing.is_behind(at_node.key);
       if (!plain_keys && changes() != changes_before) return root_place();
-      node = place.as_left_child ? at_node.left : at_node.right;
+      node = choose(place.as_left_child, at_node.left, at_node.right);
     }
     // Only the element before the place found can have the same key; the header stands for none.
     const NodeLink before =
         place.as_left_child ? link_to(tree_.predecessor(&tree_.at(place.parent))) : place.parent;
-    if (before != nil() && !Less{}(key_at(before), key)) place.present = before;
+    if (before != nil() && !comparing.is_before(key_at(before))) place.present = before;
     return place;
   }
 
@@ -413,20 +443,21 @@ class OrderedStorage : public Usable {
   template <class Probe>
   Range equal_range(const Probe& key) {
     const std::uint32_t changes_before = changes();
+    Comparing<Probe> comparing(key);
     NodeLink larger = nil();
     for (NodeLink node = tree_.root(); node != nil() && changes() == changes_before;) {
       const Element& at_node = element(node);
       prefetch_below(at_node);
-      if (Less{}(at_node.key, key)) {
+      if (comparing.is_before(at_node.key)) {
         node = at_node.right;
-      } else if (Less{}(key, at_node.key)) {
+      } else if (comparing.is_behind(at_node.key)) {
         larger = node;
         node = at_node.left;
       } else if (changes() == changes_before) {
         const NodeLink right = at_node.right;
-        const NodeLink first = lower_bound_below(at_node.left, node, key);
+        const NodeLink first = lower_bound_below(at_node.left, node, comparing);
         if (changes() != changes_before) break;
-        return {first, upper_bound_below(right, larger, key)};
+        return {first, upper_bound_below(right, larger, comparing)};
       }
     }
     return {larger, larger};
@@ -541,6 +572,7 @@ class OrderedStorage : public Usable {
 
   RedBlackTree tree_{sizeof(Element), plain_elements ? nullptr : &prefetch_content_of};
   std::uint32_t size_ = 0;
+  bool grows_upwards_ = false;  // whether the newest element is the largest one
   NodeLink put_off_ = no_node;  // taken out, to be destroyed when the outermost operation ends
 };
 

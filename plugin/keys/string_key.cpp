@@ -57,6 +57,11 @@ std::int32_t compare_leaving_locks(const RBString& stored, const StringProbe& ke
   return Compare(text, key.text());
 }
 
+bool LTRBString::is_larger(const StringProbe& key, const RBString& stored) {
+  rbText text(stored.get());
+  return Compare(text, key.text()) < 0;
+}
+
 std::uint32_t RBStringHash::operator()(const RBString& stored) const {
   rbText text(stored.get());
   return GetStringHash(text);

@@ -44,7 +44,7 @@ inline std::int32_t Compare(rbText& a, rbText& b) {
 
 /// Compares the texts and leaves one lock on either string, see `leave_comparison_locks`: that lock
 /// also holds the stored string while it is read.
-std::int32_t compare_leaving_locks(const RBString& stored, const StringProbe& key);
+ZRB_CODE_LINE std::int32_t compare_leaving_locks(const RBString& stored, const StringProbe& key);
 
 struct EqualRBString {
   bool operator()(const RBString& stored, const StringProbe& key) const {
@@ -58,6 +58,13 @@ struct LTRBString {
   bool operator()(const StringProbe& key, const RBString& stored) const {
     return compare_leaving_locks(stored, key) > 0;
   }
+
+  static std::int32_t compare(const RBString& stored, const StringProbe& key) {
+    return compare_leaving_locks(stored, key);
+  }
+
+  /// Compares without leaving locks, to guess what a comparison would tell.
+  static bool is_larger(const StringProbe& key, const RBString& stored);
 
   /// What a comparison leaves, for an order that is known.
   static void leave_locks(const RBString& stored, const RBString& key) {
