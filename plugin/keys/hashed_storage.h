@@ -328,21 +328,15 @@ class HashedStorage : public Usable {
       if constexpr (plain_elements) {
         table_.destroy_chain(first_);
       } else if (table_.is_used_by_several()) {
-        put_off();
+        table_.element(last_).next = std::exchange(table_.put_off_, first_);
+        first_ = no_node;
+        table_.put_off_work();
       } else if (first_ == last_) {
         table_.destroy(std::exchange(first_, no_node));
       } else {
         finish_despite_exceptions([this] { table_.destroy_chain(first_); });
       }
       return count_;
-    }
-
-    // Leaves them, if any, to the end of the outermost operation.
-    void put_off() {
-      if (first_ == no_node) return;
-      table_.element(last_).next = std::exchange(table_.put_off_, first_);
-      first_ = no_node;
-      table_.put_off_work();
     }
 
    private:
@@ -404,7 +398,7 @@ class HashedStorage : public Usable {
   // them.
   [[gnu::noinline]] void destroy_all(std::uint32_t bucket_count) {
     const InUse use(*this);
-    if (size_ != 0 && (is_used_by_several() || !destroy_with_buckets(bucket_count))) put_off_all();
+    if (size_ != 0 && (is_used_by_several() || !destroy_with_buckets(bucket_count))) unlink_all();
     release_memory();
   }
 
@@ -427,13 +421,13 @@ class HashedStorage : public Usable {
     return true;
   }
 
-  // Leaves every element to the end of the outermost operation, which may be this one.
-  [[gnu::cold]] void put_off_all() {
+  // Unlinks every element before any is destroyed, now or at the end of the outermost operation.
+  [[gnu::cold]] void unlink_all() {
     Unlinked unlinked(*this);
     for (std::uint32_t bucket = 0; bucket < buckets_.count(); ++bucket) {
       unlinked.take_chain(buckets_[bucket], nullptr);
     }
-    unlinked.put_off();
+    unlinked.destroy();
   }
 
   // Whatever the walk comes to, from those on that are left of what it gathered.

@@ -79,9 +79,14 @@ class ChangedInsideAConversion : public support::ClassTest {
 };
 class SetChangedInsideAConversion : public ChangedInsideAConversion {};
 class MapChangedInsideAConversion : public ChangedInsideAConversion {};
+class MapChangedAsItIsCopied : public ChangedInsideAConversion {};
 ZRB_FOR_CLASSES(ChangedInsideAConversion, support::all_classes());
 ZRB_FOR_CLASSES(SetChangedInsideAConversion, support::set_classes());
 ZRB_FOR_CLASSES(MapChangedInsideAConversion, support::map_classes());
+ZRB_FOR_CLASSES(MapChangedAsItIsCopied,
+                support::classes_where([](const support::ContainerClass& c) {
+                  return c.is_map() && c.key != support::ElementType::integer;
+                }));
 
 TEST_P(ChangedInsideAConversion, an_export_is_given_up_when_each_array_made_adds_a_key) {
   const Container container = make_with(3);
@@ -170,6 +175,24 @@ TEST_P(MapChangedInsideAConversion,
   host().faults().clear();
   EXPECT_EQ(map.first_word(), nullptr);
   expect_whole(other, 3);
+}
+
+// The entries of a copy are added one after the other, so the host can add another one between
+// them.
+TEST_P(MapChangedAsItIsCopied, a_copy_keeps_what_was_added_while_it_was_made) {
+  const bool has_string_keys = container_class().key == support::ElementType::string;
+  const char* const lock = has_string_keys ? "REALLockString" : "REALLockObject";
+  const std::uint64_t first = has_string_keys ? 1 : 3;  // before, both maps are locked
+  const Container other = make_with(4);
+  for (std::uint64_t n = first; n < first + 8; ++n) {
+    SCOPED_TRACE(n);
+    const Container map = make_with(0);
+    host().faults().call_at(lock, n, [&] { map.put(7); });
+    map.call<void>("Constructor(other as {Class})", other.get());
+    host().faults().clear();
+    expect_whole(map, 5);
+    expect_whole(other, 4);
+  }
 }
 
 // What the conversion walks through is the storage that has just been made: there is something in

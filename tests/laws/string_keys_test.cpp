@@ -51,6 +51,7 @@ class StringKeys : public support::ClassTest {
   }
 };
 class NilStringKeys : public StringKeys {};
+class OrderedTexts : public StringKeys {};
 
 class HashedStringKeys : public StringKeys {
  protected:
@@ -83,6 +84,9 @@ ZRB_FOR_CLASSES(HashedStringKeys, support::classes_where([](const support::Conta
                 }));
 ZRB_FOR_CLASSES(OrderedStringKeys, support::classes_where([](const support::ContainerClass& c) {
                   return has_text_keys(c) && c.is_ordered();
+                }));
+ZRB_FOR_CLASSES(OrderedTexts, support::classes_where([](const support::ContainerClass& c) {
+                  return c.key == ElementType::string && c.is_ordered();
                 }));
 
 TEST_P(StringKeys, equal_texts_are_one_key) {
@@ -304,6 +308,15 @@ TEST_P(HashedStringKeys, each_byte_of_short_and_long_texts_counts_for_the_bucket
     }
   }
   expect_the_order_of_the_witness(texts);
+}
+
+/// What is put behind all others, as in a sorted list, is compared with the last one alone.
+TEST_P(OrderedTexts, that_ascend_are_asked_of_the_host_twice_each) {
+  const Container container = make();
+  const std::uint64_t before = host().calls().of("PluginGetStringData");
+  for (int i = 100; i < 200; ++i) put(container, std::to_string(i));
+  EXPECT_LE(host().calls().of("PluginGetStringData") - before, 200U);
+  for (int i = 100; i < 200; ++i) EXPECT_TRUE(container.contains(text(std::to_string(i))));
 }
 
 }  // namespace

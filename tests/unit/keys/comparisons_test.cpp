@@ -146,6 +146,20 @@ TEST_F(TwinTrees, leave_the_same_locks_in_searches) {
   expect_savings();
 }
 
+TEST_F(TwinTrees, compare_nothing_more_when_the_key_is_found) {
+  for (const std::int32_t number : {20, 10, 30, 5, 15}) insert(number);
+  const auto comparisons_by = [](const auto& operation) {
+    const int before = Known::tally.comparisons;
+    operation();
+    return Known::tally.comparisons - before;
+  };
+  EXPECT_EQ(comparisons_by([&] { known_.find(KnownKey(20)); }), 1);
+  EXPECT_EQ(comparisons_by([&] { known_.find(KnownKey(10)); }), 2);
+  EXPECT_EQ(comparisons_by([&] { known_.find(KnownKey(17)); }), 3);
+  EXPECT_EQ(comparisons_by([&] { known_.insert_unique(KnownKey(20)); }), 1);
+  EXPECT_EQ(comparisons_by([&] { known_.erase(KnownKey(10)); }), 2);
+}
+
 TEST_F(TwinTrees, leave_the_same_locks_when_keys_are_removed) {
   for (int round = 0; round < 20; ++round) {
     insert_random(100);

@@ -63,12 +63,16 @@ struct CallingLess {
     CallingKey::call(CallingKey::on_comparison);
     return a.number() < b.number();
   }
+  static void leave_locks(const CallingKey&, const CallingKey&) {
+    CallingKey::call(CallingKey::on_comparison);
+  }
 };
 
 /// A storage whose operations are called as a container calls them: with the storage in use.
-template <class Storage>
+template <class Engine>
 class Used {
  public:
+  using Storage = Engine;
   using Position = typename Storage::Position;
 
   Used() = default;
@@ -496,6 +500,59 @@ TYPED_TEST(StorageInUse, removes_everything_although_all_elements_fail_to_die) {
   EXPECT_EQ(failures, 10);
   EXPECT_TRUE(set.empty());
   EXPECT_TRUE(check(set));
+}
+
+// What a copy of a tree does.
+class AppenderInUse : public StorageInUse<OrderedSet> {
+ protected:
+  // Appends three keys, and a fourth one while `hook` adds another; what came of the fourth.
+  bool append_while(std::function<void()>& hook, int call) {
+    OrderedSet set;
+    const InUse use(set.storage());
+    OrderedSet::Storage::Appender appender(set.storage());
+    for (std::int32_t number = 0; number < 3; ++number) {
+      EXPECT_NE(appender.append(CallingKey(number)), nullptr);
+    }
+    at_call(hook, call, [&] { set.insert_unique(CallingKey(1000)); });
+    const bool appended = appender.append(CallingKey(3)) != nullptr;
+    hook = nullptr;
+    EXPECT_EQ(set.size(), appended ? 5U : 4U);
+    EXPECT_EQ(CallingKey::alive, static_cast<int>(set.size()));
+    EXPECT_EQ(appender.append(CallingKey(4)), nullptr) << "for good";
+    EXPECT_TRUE(check(set));
+    return appended;
+  }
+};
+
+TEST_F(AppenderInUse, appends_nothing_when_another_key_comes_as_locks_are_left) {
+  for (int call = 1; call <= 3; ++call) {
+    EXPECT_FALSE(append_while(CallingKey::on_comparison, call)) << call;
+  }
+}
+
+TEST_F(AppenderInUse, appends_nothing_when_another_key_comes_as_the_new_one_is_made) {
+  EXPECT_FALSE(append_while(CallingKey::on_copy, 1));
+}
+
+TEST(HashedStorageInUse, ends_a_step_in_a_table_that_the_hash_destroys) {
+  HashedSet set;
+  for (std::int32_t number = 0; number < 193; ++number) set.insert_unique(CallingKey(number + 100));
+  auto position = set.find(CallingKey(250));
+  set.insert_unique(CallingKey(1000));  // takes 250 to another bucket
+  CallingKey::on_hash = [&] { set.destroy(); };
+  HashedSet::Storage::advance(position);
+  EXPECT_TRUE(position.is_end());
+  EXPECT_EQ(CallingKey::alive, 0);
+}
+
+TEST(HashedStorageInUse, steps_on_from_where_growth_has_taken_the_element) {
+  HashedSet set;
+  for (std::int32_t number = 0; number < 193; ++number) set.insert_unique(CallingKey(number + 100));
+  auto position = set.find(CallingKey(250));
+  set.insert_unique(CallingKey(1000));
+  HashedSet::Storage::advance(position);
+  ASSERT_FALSE(position.is_end());
+  EXPECT_EQ(position.entry().key.number(), 251);
 }
 
 TEST(HashedStorageInUse, finds_a_key_although_the_table_grows_without_a_new_element_meanwhile) {
