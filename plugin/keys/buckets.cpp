@@ -61,7 +61,7 @@ std::unique_ptr<Buckets> Buckets::exchange(std::uint32_t count) try {
   auto given = std::make_unique<Buckets>(count);
   swap(*given);
   return given;
-} catch (const std::bad_alloc&) {
+} catch (...) {  // by std::bad_alloc alone
   return nullptr;
 }
 

@@ -36,8 +36,9 @@ class Usable {
   using Step = void (*)(Usable& storage);
 
   template <class Storage>
-  [[gnu::noinline]] static void destroy(Usable& storage) {
-    delete &static_cast<Storage&>(storage);
+  [[gnu::noinline]] static void destroy(Usable& usable) {
+    auto& storage = static_cast<Storage&>(usable);
+    delete &storage;
   }
 
   // Ends the outermost use: does what was put off, by `finish_work`, and destroys a doomed storage.

@@ -10,8 +10,7 @@ void prefer_large_pages(void* memory, std::size_t bytes) noexcept {
   const auto address = reinterpret_cast<std::uintptr_t>(memory);
   const std::uintptr_t first = (address + page_bytes - 1) & ~(page_bytes - 1);
   const std::uintptr_t end = (address + bytes) & ~(page_bytes - 1);
-  // Advice, which may be refused.
-  if (first < end) ::madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
+  ::madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);  // may be refused
 #else
   static_cast<void>(memory);
   static_cast<void>(bytes);

@@ -243,14 +243,13 @@ class OrderedStorage : public Usable {
     /// changed the tree. O(log n).
     Element* append(const Key& key) {
       if (!was_empty_ || is_disturbed()) return nullptr;
-      const bool is_first = storage_.empty();
-      if (!storage_.leave_locks_to_largest(key)) return nullptr;
+      storage_.leave_locks_to_largest(key);
       const NodeLink node = storage_.create(key);
       if (is_disturbed()) {
         storage_.destroy(node);
         return nullptr;
       }
-      storage_.link(node, is_first ? storage_.root_place() : storage_.behind_the_largest());
+      storage_.link(node, storage_.behind_the_largest());
       changes_ = storage_.changes();
       return &storage_.element(node);
     }
@@ -388,7 +387,7 @@ class OrderedStorage : public Usable {
 
   // Where a key goes that is larger than all others, or that has no other place: the host changes
   // the tree whenever it is asked.
-  Place behind_the_largest() const { return {no_node, tree_.largest(), false}; }
+  Place behind_the_largest() const { return {no_node, tree_.largest(), empty()}; }
 
   void link(NodeLink node, const Place& place) {
     tree_.insert(node, place.parent, place.as_left_child);

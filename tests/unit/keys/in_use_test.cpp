@@ -545,6 +545,15 @@ TEST(HashedStorageInUse, ends_a_step_in_a_table_that_the_hash_destroys) {
   EXPECT_EQ(CallingKey::alive, 0);
 }
 
+TEST(HashedStorageInUse, ends_a_step_in_a_table_that_is_being_destroyed) {
+  HashedSet set;
+  for (std::int32_t number = 0; number < 193; ++number) set.insert_unique(CallingKey(number));
+  auto position = set.find(CallingKey(192));
+  CallingKey::on_destruction = [&] { HashedSet::Storage::advance(position); };
+  set.destroy();
+  EXPECT_TRUE(position.is_end());
+}
+
 TEST(HashedStorageInUse, steps_on_from_where_growth_has_taken_the_element) {
   HashedSet set;
   for (std::int32_t number = 0; number < 193; ++number) set.insert_unique(CallingKey(number + 100));
