@@ -39,9 +39,11 @@ std::uint64_t sum_of(REALarray array) {
 // A change to the content, after which the map is as before but keeps no array of its keys.
 template <class K>
 void drop_arrays(Bed<K>& bed) {
-  const auto& workload = bed.workload();
-  bed.subject().remove(bed.filled(), workload.keys[0]);
-  bed.subject().assign(bed.filled(), workload.keys[0], workload.values[0]);
+  const K key = bed.workload().keys[0];
+  const K value = bed.subject().lookup(bed.filled(), key, K{});
+  bed.subject().remove(bed.filled(), key);
+  bed.subject().assign(bed.filled(), key, value);
+  consume(value);
 }
 
 /// `Keys` of a map that has no array yet.
