@@ -11,6 +11,7 @@
 #define ZRB_PLUGIN_KEYS_IN_USE_H
 
 #include <cstdint>
+#include <memory>
 
 /// How often a search is begun again because the storage changed under it. A host that changes it
 /// every time gets the answer "not there" in the end, rather than a plugin that never returns.
@@ -37,8 +38,7 @@ class Usable {
 
   template <class Storage>
   [[gnu::noinline]] static void destroy(Usable& usable) {
-    auto& storage = static_cast<Storage&>(usable);
-    delete &storage;
+    std::default_delete<Storage>()(&static_cast<Storage&>(usable));
   }
 
   // Ends the outermost use: does what was put off, by `finish_work`, and destroys a doomed storage.

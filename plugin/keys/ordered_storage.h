@@ -387,7 +387,7 @@ class OrderedStorage : public Usable {
 
   // Where a key goes that is larger than all others, or that has no other place: the host changes
   // the tree whenever it is asked.
-  Place behind_the_largest() const { return {no_node, tree_.largest(), empty()}; }
+  Place behind_the_largest() const { return {no_node, tree_.largest(), false}; }
 
   void link(NodeLink node, const Place& place) {
     tree_.insert(node, place.parent, place.as_left_child);
