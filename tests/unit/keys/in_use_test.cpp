@@ -548,7 +548,9 @@ TEST(HashedStorageInUse, ends_a_step_in_a_table_that_the_hash_destroys) {
 TEST(HashedStorageInUse, ends_a_step_in_a_table_that_is_being_destroyed) {
   HashedSet set;
   for (std::int32_t number = 0; number < 193; ++number) set.insert_unique(CallingKey(number));
-  auto position = set.find(CallingKey(192));
+  auto position = set.find(CallingKey(191));
+  HashedSet::Storage::advance(position);
+  EXPECT_EQ(position.entry().key.number(), 192);
   CallingKey::on_destruction = [&] { HashedSet::Storage::advance(position); };
   set.destroy();
   EXPECT_TRUE(position.is_end());
