@@ -26,7 +26,8 @@ class BucketWalk {
   BucketWalk(const NodeLink* heads, std::uint32_t bucket_count, bool is_large)
       : next_(heads), end_(heads + bucket_count), is_large_(is_large) {}
 
-  /// Goes on to the next nodes; false when there are none. O(buckets passed).
+  /// Goes on to the next nodes; false when there are none. O(buckets passed). Not inline: a call is
+  /// nothing beside the nodes, and every kind of walk would have a copy.
   [[gnu::noinline]] bool gather() {
     std::uint32_t count = 0;
     for (;;) {

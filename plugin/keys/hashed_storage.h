@@ -328,9 +328,7 @@ class HashedStorage : public Usable {
       if constexpr (plain_elements) {
         table_.destroy_chain(first_);
       } else if (table_.is_used_by_several()) {
-        table_.element(last_).next = std::exchange(table_.put_off_, first_);
-        first_ = no_node;
-        table_.put_off_work();
+        table_.put_off(std::exchange(first_, no_node), last_);
       } else if (first_ == last_) {
         table_.destroy(std::exchange(first_, no_node));
       } else {
@@ -388,10 +386,15 @@ class HashedStorage : public Usable {
     if (plain_elements || !is_used_by_several()) {
       destroy(node);
     } else {
-      element(node).next = std::exchange(put_off_, node);
-      put_off_work();
+      put_off(node, node);
     }
     return 1;
+  }
+
+  // Leaves a chain of nodes to the end of the outermost operation.
+  void put_off(NodeLink first, NodeLink last) {
+    element(last).next = std::exchange(put_off_, first);
+    put_off_work();
   }
 
   // Destroys every element of a table that goes on with so many buckets, if there is memory for

@@ -39,7 +39,8 @@ ZRB_ALWAYS_INLINE Value choose(bool condition, Value yes, Value no) {
   return opaque(unpredictable(condition) ? yes : no);
 }
 
-/// For short functions that are nothing but a loop: begins them with a line of the cache.
+/// For functions in which a search spends its time, such as a short loop: begins them with a line
+/// of the cache.
 #if defined(__GNUC__)
 #define ZRB_CODE_LINE [[gnu::noinline, gnu::aligned(64)]]
 #else

@@ -27,7 +27,7 @@ class Usable {
  protected:
   void count_change() { ++changes_; }
 
-  /// Whether an operation runs around the one that asks, which holds an InUse itself.
+  /// Whether an operation runs around the one that asks, for which an InUse is held already.
   bool is_used_by_several() const { return uses_ > 1; }
 
   /// Something is left for the end of the outermost operation.

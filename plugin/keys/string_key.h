@@ -43,7 +43,7 @@ inline std::int32_t Compare(rbText& a, rbText& b) {
 }
 
 /// Compares the texts and leaves one lock on either string, see `leave_comparison_locks`: that lock
-/// also holds the stored string while it is read.
+/// also holds the stored string while it is read. Every step down a tree comes here.
 ZRB_CODE_LINE std::int32_t compare_leaving_locks(const RBString& stored, const StringProbe& key);
 
 struct EqualRBString {
@@ -59,6 +59,7 @@ struct LTRBString {
     return compare_leaving_locks(stored, key) > 0;
   }
 
+  /// Both answers at once: negative when the stored string comes first, 0 when they are equal.
   static std::int32_t compare(const RBString& stored, const StringProbe& key) {
     return compare_leaving_locks(stored, key);
   }
