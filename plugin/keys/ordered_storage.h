@@ -97,7 +97,10 @@ class OrderedStorage : public Usable {
 
   /// Moves to the next larger element, from the largest to the end; stays at the end. O(log n).
   static void advance(Position& position) {
-    if (!position.is_end()) position.node = position.tree->tree_.successor(position.node);
+    if (position.is_end()) return;
+    OrderedStorage& storage = *position.tree;
+    position.node = storage.size_ < cached_steps ? RedBlackTree::near_successor(position.node)
+                                                 : storage.tree_.successor(position.node);
   }
 
   /// Moves to the next smaller element, from the end to the largest, from the smallest to the end.
@@ -112,8 +115,8 @@ class OrderedStorage : public Usable {
   bool for_each(Visit visit) {
     const InUse use(*this);
     const std::uint32_t changes_before = changes();
-    for (Position position = begin(); !position.is_end(); advance(position)) {
-      if (!visit(position.entry())) return true;
+    for (TreeLinks* node = begin().node; node != tree_.header(); node = tree_.successor(node)) {
+      if (!visit(static_cast<Element&>(*node))) return true;
       if (changes() != changes_before) [[unlikely]]
         return false;
     }
@@ -216,7 +219,7 @@ class OrderedStorage : public Usable {
     count_change();
     if constexpr (!plain_elements) {
       // The tree is empty to whoever looks; `rest` is taken apart without rebalancing.
-      if (is_used_by_several() && rest != nil()) {
+      if (is_used_by_several() && is_child(rest)) {
         put_off_all(rest);
       } else {
         destroy_all(rest);
@@ -227,7 +230,7 @@ class OrderedStorage : public Usable {
 
   /// Takes on the elements of another tree, which must be plain, into this empty one. O(n).
   void copy_from(const OrderedStorage& other) requires plain_elements {
-    tree_.copy_from<Element>(other.tree_);
+    tree_.copy_from<Element>(other.tree_, other.size_);
     size_ = other.size_;
     count_change();
   }
@@ -270,6 +273,7 @@ class OrderedStorage : public Usable {
   using Comparing = Comparisons<Less, Key, Probe>;
 
   static constexpr std::uint32_t cached_elements = 1024;  // fewer need no prefetch
+  static constexpr std::uint32_t cached_steps = 4096;     // fewer need none for a step
 
   // The links from `first` up to but not including `last`.
   struct Range {
@@ -281,13 +285,15 @@ class OrderedStorage : public Usable {
   struct Place {
     NodeLink present;
     NodeLink parent;
-    bool as_left_child;
+    TreeSide side;
   };
 
   NodeLink nil() const { return tree_.nil(); }
   Position position(NodeLink node) noexcept { return {&tree_.at(node), this}; }
   Element& element(NodeLink node) const noexcept { return static_cast<Element&>(tree_.at(node)); }
   const Key& key_at(NodeLink node) const noexcept { return element(node).key; }
+  // Of nodes that were taken out.
+  NodeLink& next_in_chain(NodeLink node) const { return tree_.at(node).child[right_side]; }
   NodeLink link_after(NodeLink node) { return link_to(tree_.successor(&tree_.at(node))); }
 
   static void prefetch_content_of(const TreeLinks& node) {
@@ -320,15 +326,20 @@ class OrderedStorage : public Usable {
   template <class IsBefore>
   NodeLink bound_below(NodeLink node, NodeLink otherwise, IsBefore is_before) const {
     const std::uint32_t changes_before = changes();
-    while (node != nil()) {
+    while (is_child(node)) {
       const Element& at_node = element(node);
       prefetch_below(at_node);
       const bool before = is_before(at_node.key);
       if (!plain_keys && changes() != changes_before) return nil();
       otherwise = choose(opaque(before), otherwise, node);  // opaque, so that both stay choices
-      node = choose(before, at_node.right, at_node.left);
+      node = turn(!opaque(before), at_node.left(), at_node.right());
     }
     return otherwise;
+  }
+
+  // Which of the children it is to be; both were loaded, else compilers make a branch of it.
+  ZRB_ALWAYS_INLINE static NodeLink turn(bool to_the_left, NodeLink left, NodeLink right) {
+    return choose(to_the_left, opaque(left), opaque(right));
   }
 
   // While the host compares the key of a node: asks for what the next comparison touches, and for
@@ -336,38 +347,54 @@ class OrderedStorage : public Usable {
   ZRB_ALWAYS_INLINE void prefetch_below(const TreeLinks& node) const {
     if constexpr (!plain_keys) {
       if (size_ < cached_elements) return;
-      for (const NodeLink child : {node.left, node.right}) {
-        if (child == nil()) continue;
+      for (const NodeLink child : node.child) {
+        if (!is_child(child)) continue;
         prefetch_held(key_at(child));
-        prefetch(&tree_.at(tree_.at(child).left));
-        prefetch(&tree_.at(tree_.at(child).right));
+        prefetch(node_at(tree_.at(child).left()));
+        prefetch(node_at(tree_.at(child).right()));
       }
     }
   }
+
+  // What a search for a plain key loads of each node.
+  struct MembersOnTheWay {
+    struct KeyOf {
+      const Key& operator()(const Element& node) const { return node.key; }
+    };
+    template <TreeSide side>
+    struct ChildOf {
+      const NodeLink& operator()(const Element& node) const { return node.child[side]; }
+    };
+
+    MemberOfNodes<Element, KeyOf> keys;
+    MemberOfNodes<Element, ChildOf<left_side>> lefts;
+    MemberOfNodes<Element, ChildOf<right_side>> rights;
+  };
 
   // Ends at an equal key, and turns without a branch, which would be guessed wrong every other
   // time. Its loop must not lie across two lines of the code: the processor then does not look
   // ahead to the next search, of which a large tree takes twice as long.
   ZRB_CODE_LINE NodeLink find_plain(Key key) const noexcept {
-    NodeLink node = tree_.root();
-    while (node != nil()) {
-      const Element& at_node = element(node);
-      if (key == at_node.key) break;
-      node = unpredictable(Less{}(key, at_node.key)) ? at_node.left : at_node.right;
+    const MembersOnTheWay at;
+    for (NodeLink node = tree_.root(); is_child(node);) {
+      const Key stored = at.keys[node];
+      if (key == stored) return node;
+      node = turn(Less{}(key, stored), at.lefts[node], at.rights[node]);
     }
-    return node;
+    return nil();
   }
 
   Place search_place_plain(const Key& key) const {
-    Place place = root_place();
-    for (NodeLink node = tree_.root(); node != nil();) {
-      const Element& at_node = element(node);
-      if (key == at_node.key) return {node, nil(), false};
-      place.parent = node;
-      place.as_left_child = Less{}(key, at_node.key);
-      node = unpredictable(place.as_left_child) ? at_node.left : at_node.right;
+    const MembersOnTheWay at;
+    NodeLink parent = nil();
+    for (NodeLink node = tree_.root(); is_child(node);) {
+      const Key stored = at.keys[node];
+      if (key == stored) return {node, nil(), left_side};
+      parent = node;
+      node = turn(Less{}(key, stored), at.lefts[node], at.rights[node]);
     }
-    return place;
+    if (parent == nil()) return root_place();
+    return {no_node, parent, Less{}(key, key_at(parent)) ? left_side : right_side};
   }
 
   template <class Probe>
@@ -387,23 +414,23 @@ class OrderedStorage : public Usable {
 
   // Where a key goes that is larger than all others, or that has no other place: the host changes
   // the tree whenever it is asked.
-  Place behind_the_largest() const { return {no_node, tree_.largest(), false}; }
+  Place behind_the_largest() const { return {no_node, tree_.largest(), right_side}; }
 
   void link(NodeLink node, const Place& place) {
-    tree_.insert(node, place.parent, place.as_left_child);
+    tree_.insert(node, place.parent, place.side);
     ++size_;
     count_change();
     if constexpr (!plain_keys) grows_upwards_ = tree_.largest() == node;
   }
 
   // Where the first key of all goes.
-  Place root_place() const { return {no_node, nil(), true}; }
+  Place root_place() const { return {no_node, nil(), left_side}; }
 
   // Leaves the locks of the comparisons that would bring a key that is larger than all others to
   // its place. False when the tree changes meanwhile.
   bool leave_locks_to_largest(const Key& key) {
     const std::uint32_t changes_before = changes();
-    for (NodeLink node = tree_.root(); node != nil(); node = tree_.at(node).right) {
+    for (NodeLink node = tree_.root(); is_child(node); node = tree_.at(node).right()) {
       Less::leave_locks(key_at(node), key);
       if (changes() != changes_before) return false;
     }
@@ -422,17 +449,18 @@ class OrderedStorage : public Usable {
       }
     }
     Place place = root_place();
-    for (NodeLink node = tree_.root(); node != nil();) {
+    for (NodeLink node = tree_.root(); is_child(node);) {
       const Element& at_node = element(node);
       prefetch_below(at_node);
-      place.parent = node;
-      place.as_left_child = comparing.is_behind(at_node.key);
+      const bool to_the_left = comparing.is_behind(at_node.key);
       if (!plain_keys && changes() != changes_before) return root_place();
-      node = choose(place.as_left_child, at_node.left, at_node.right);
+      place = {no_node, node, to_the_left ? left_side : right_side};
+      node = turn(opaque(to_the_left), at_node.left(), at_node.right());
     }
     // Only the element before the place found can have the same key; the header stands for none.
-    const NodeLink before =
-        place.as_left_child ? link_to(tree_.predecessor(&tree_.at(place.parent))) : place.parent;
+    const NodeLink before = place.side == left_side
+                                ? link_to(tree_.predecessor(&tree_.at(place.parent)))
+                                : place.parent;
     if (before != nil() && !comparing.is_before(key_at(before))) place.present = before;
     return place;
   }
@@ -444,17 +472,17 @@ class OrderedStorage : public Usable {
     const std::uint32_t changes_before = changes();
     Comparing<Probe> comparing(key);
     NodeLink larger = nil();
-    for (NodeLink node = tree_.root(); node != nil() && changes() == changes_before;) {
+    for (NodeLink node = tree_.root(); is_child(node) && changes() == changes_before;) {
       const Element& at_node = element(node);
       prefetch_below(at_node);
       if (comparing.is_before(at_node.key)) {
-        node = at_node.right;
+        node = at_node.right();
       } else if (comparing.is_behind(at_node.key)) {
         larger = node;
-        node = at_node.left;
+        node = at_node.left();
       } else if (changes() == changes_before) {
-        const NodeLink right = at_node.right;
-        const NodeLink first = lower_bound_below(at_node.left, node, comparing);
+        const NodeLink right = at_node.right();
+        const NodeLink first = lower_bound_below(at_node.left(), node, comparing);
         if (changes() != changes_before) break;
         return {first, upper_bound_below(right, larger, comparing)};
       }
@@ -488,14 +516,14 @@ class OrderedStorage : public Usable {
   // Unlinks all nodes before it destroys any. Within another operation, that is left to the end of
   // it.
   std::uint32_t remove_range(NodeLink first, NodeLink last) {
-    NodeLink unlinked = no_node;  // chained by their right links
+    NodeLink unlinked = no_node;  // a chain
     NodeLink* end = &unlinked;
     std::uint32_t removed = 0;
     while (first != last && first != nil()) {
       const NodeLink next = link_after(first);
       tree_.remove(first);
       *end = first;
-      end = &tree_.at(first).right;
+      end = &next_in_chain(first);
       first = next;
       ++removed;
     }
@@ -514,7 +542,7 @@ class OrderedStorage : public Usable {
     if constexpr (plain_elements) {
       destroy(node);
     } else {
-      NodeLink& end = tree_.at(node).right;
+      NodeLink& end = next_in_chain(node);
       end = no_node;
       destroy_or_put_off(node, end);
     }
@@ -524,30 +552,30 @@ class OrderedStorage : public Usable {
   // All nodes of a tree that was forgotten.
   void destroy_all(NodeLink& root) {
     finish_despite_exceptions([&] {
-      while (root != nil()) destroy(tree_.take_leaf(root));
+      while (is_child(root)) destroy(tree_.take_leaf(root));
     });
   }
 
   // All nodes of a tree that was forgotten, at least one, to be destroyed before those put off
   // already.
   [[gnu::cold]] void put_off_all(NodeLink root) {
-    NodeLink leaves = no_node;  // chained by their right links
+    NodeLink leaves = no_node;  // a chain
     NodeLink* end = &leaves;
-    while (root != nil()) {
+    while (is_child(root)) {
       *end = tree_.take_leaf(root);
-      end = &tree_.at(*end).right;
+      end = &next_in_chain(*end);
     }
     destroy_or_put_off(leaves, *end);
   }
 
-  // Nodes chained by their right links, of which `end` is the last.
+  // A chain of nodes, with the end of it.
   void destroy_or_put_off(NodeLink first, NodeLink& end) {
     if constexpr (plain_elements) {
       destroy_chain(first);
     } else if (is_used_by_several()) {
       end = std::exchange(put_off_, first);
       put_off_work();
-    } else if (tree_.at(first).right == no_node) {
+    } else if (next_in_chain(first) == no_node) {
       destroy(first);
     } else {
       finish_despite_exceptions([&] { destroy_chain(first); });
@@ -557,7 +585,7 @@ class OrderedStorage : public Usable {
   [[gnu::noinline]] void destroy_chain(NodeLink& first) {
     while (first != no_node) {
       const NodeLink node = first;
-      first = tree_.at(node).right;
+      first = next_in_chain(node);
       if constexpr (!plain_elements) {
         if (first != no_node) prefetch_content(element(first));
       }

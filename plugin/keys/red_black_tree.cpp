@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 #include <new>
+#include <utility>
 
 #include "keys/hints.h"
 #include "keys/node_blocks.h"
@@ -19,7 +20,7 @@ RedBlackTree::~RedBlackTree() {
 }
 
 void RedBlackTree::forget_all() {
-  header_->parent_and_colour = header_->left = header_->right = nil_;
+  *header_ = {no_child(), {nil_, nil_}};
 }
 
 // Asks for the nodes of the subtree that a walk has just come to, and for what they hold, level by
@@ -36,116 +37,106 @@ ZRB_PROTECT_STACK [[gnu::noinline]] void RedBlackTree::prefetch_group(
   for (std::uint32_t i = 0; i < count && count <= largest_group - 2; ++i) {
     const TreeLinks& node = at(nodes[i]);
     if (prefetch_content_ != nullptr) prefetch_content_(node);
-    for (const NodeLink child : {node.left, node.right}) {
-      prefetch(&at(child));
+    for (const NodeLink child : {node.left(), node.right()}) {
+      prefetch(node_at(child));
       nodes[count] = child;
-      count += child != nil_ ? 1U : 0U;
+      count += is_child(child) ? 1U : 0U;
     }
   }
 }
 
-// Whoever steps will step on: asks for the nodes that lie ahead, below those that come next.
-template <RedBlackTree::Child Forwards, RedBlackTree::Child Backwards>
-TreeLinks* RedBlackTree::step(TreeLinks* node) const {
-  if (node->*Forwards != nil_) {
-    TreeLinks* found = &at(node->*Forwards);
-    int levels = 0;
-    while (found->*Backwards != nil_) {
-      prefetch(&at(found->*Forwards));
-      found = &at(found->*Backwards);
-      ++levels;
-    }
-    prefetch(&at(found->*Forwards));
-    if (levels >= group_levels && memory_.bytes() >= cached_bytes) [[unlikely]]
-      prefetch_group(*found);
-    return found;
+// The outermost node of a subtree. Whoever steps will step on: asks for the nodes that lie ahead,
+// below those that come next.
+TreeLinks* RedBlackTree::step_down(NodeLink subtree, TreeSide side) const {
+  TreeLinks* found = &at(subtree);
+  int levels = 0;
+  for (;; ++levels) {
+    prefetch(node_at(found->child[opposite(side)]));
+    const NodeLink below = found->child[side];
+    if (!is_child(below)) break;
+    found = &at(below);
   }
-  // Up, to the first node that is reached from the side it is not to be left on.
-  NodeLink link = node->parent();
-  TreeLinks* above = &at(link);
-  if (link != nil_ && &at(above->*Forwards) == node) {
-    NodeLink below;
-    do {
-      below = link;
-      link = above->parent();
-      above = &at(link);
-    } while (link != nil_ && above->*Forwards == below);
-  }
-  prefetch(&at(at(above->*Forwards).*Backwards));
-  return above;
+  if (levels >= group_levels && memory_.bytes() >= cached_bytes) [[unlikely]]
+    prefetch_group(*found);
+  return found;
 }
 
 TreeLinks* RedBlackTree::successor(TreeLinks* node) const {
-  return step<&TreeLinks::right, &TreeLinks::left>(node);
+  return is_child(node->right()) ? step_down(node->right(), left_side) : near_successor(node);
 }
 
 TreeLinks* RedBlackTree::predecessor(TreeLinks* node) const {
   if (node == header_) return &at(largest());
-  return step<&TreeLinks::left, &TreeLinks::right>(node);
+  if (is_child(node->left())) return step_down(node->left(), right_side);
+  NodeLink below = link_to(node);
+  NodeLink above = node->parent();
+  while (above != nil_ && at(above).left() == below)
+    below = std::exchange(above, at(above).parent());
+  return &at(above);
 }
 
-// Makes `replacement` the child that `node` was to its parent.
+NodeLink RedBlackTree::outermost(NodeLink node, TreeSide side) const {
+  while (is_child(at(node).child[side])) node = at(node).child[side];
+  return node;
+}
+
+bool RedBlackTree::is_red(NodeLink node) {
+  return is_child(node) && at(node).is_red();
+}
+
+// Which child of `parent`, a node, `node` is. No branch is to come of it, which would be guessed
+// wrong every other time.
+TreeSide RedBlackTree::side_of(NodeLink node, NodeLink parent) {
+  return static_cast<TreeSide>(at(parent).right() == node);
+}
+
+// Makes `replacement`, a child or none, what `node` was to its parent.
 void RedBlackTree::replace_in_parent(NodeLink parent, NodeLink node, NodeLink replacement) {
   if (parent == nil_) {
     header_->parent_and_colour = replacement;
   } else {
-    TreeLinks& above = at(parent);
-    (above.left == node ? above.left : above.right) = replacement;
+    at(parent).child[side_of(node, parent)] = replacement;
   }
 }
 
-void RedBlackTree::replace_child(NodeLink node, NodeLink replacement) {
-  const NodeLink parent = at(node).parent();
-  replace_in_parent(parent, node, replacement);
-  if (replacement != nil_) at(replacement).set_parent(parent);
-}
-
 // Lets the child on the other side rise; `node` becomes its child on `side`. Gives the riser.
-template <RedBlackTree::Child side, RedBlackTree::Child other>
-NodeLink RedBlackTree::rotate(NodeLink node) {
+NodeLink RedBlackTree::rotate(NodeLink node, TreeSide side) {
   TreeLinks& sinker = at(node);
-  const NodeLink riser_link = sinker.*other;
+  const NodeLink riser_link = sinker.child[opposite(side)];
   TreeLinks& riser = at(riser_link);
   const NodeLink parent = sinker.parent();
-  const NodeLink inner = riser.*side;
-  sinker.*other = inner;
-  if (inner != nil_) at(inner).set_parent(node);
-  riser.*side = node;
+  const NodeLink inner = riser.child[side];
+  if (is_child(inner)) {
+    sinker.child[opposite(side)] = inner;
+    at(inner).set_parent(node);
+  } else {
+    sinker.child[opposite(side)] = thread_to(riser_link);
+  }
+  riser.child[side] = node;
   riser.set_parent(parent);
   sinker.set_parent(riser_link);
   replace_in_parent(parent, node, riser_link);
   return riser_link;
 }
 
-// The red node `node` has a red parent, which is the child on `side` of `grandparent`, and a black
-// uncle: ends that with at most two rotations.
-template <RedBlackTree::Child side, RedBlackTree::Child other>
-void RedBlackTree::rotate_red_child_up(NodeLink node, NodeLink parent, NodeLink grandparent) {
-  if (node == at(parent).*other) parent = rotate<side, other>(parent);
-  at(parent).make_black();
-  at(grandparent).make_red();
-  rotate<other, side>(grandparent);
-}
-
-// A red node may have a red parent: recolours upwards, then rotates.
+// A red node may have a red parent: recolours upwards, then ends that with at most two rotations.
 void RedBlackTree::repair_red_child(NodeLink node, NodeLink parent) {
   for (;;) {
     TreeLinks& above = at(parent);
-    if (!above.is_red()) break;  // a black node, or the header
+    if (!above.is_red()) break;
     const NodeLink grandparent = above.parent();
     TreeLinks& top = at(grandparent);
-    const bool parent_is_left = parent == top.left;
-    TreeLinks& uncle = at(parent_is_left ? top.right : top.left);
-    if (!uncle.is_red()) {
-      if (parent_is_left) {
-        rotate_red_child_up<&TreeLinks::left, &TreeLinks::right>(node, parent, grandparent);
-      } else {
-        rotate_red_child_up<&TreeLinks::right, &TreeLinks::left>(node, parent, grandparent);
-      }
+    const TreeSide side = side_of(parent, grandparent);
+    const NodeLink uncle = top.child[opposite(side)];
+    if (!is_red(uncle)) {
+      if (node == above.child[opposite(side)]) parent = rotate(parent, side);
+      at(parent).make_black();
+      top.make_red();
+      rotate(grandparent, opposite(side));
       return;  // the node on top is black
     }
     above.make_black();
-    uncle.make_black();
+    at(uncle).make_black();
     node = grandparent;
     parent = top.parent();
     if (parent == nil_) break;  // the root stays black
@@ -153,110 +144,123 @@ void RedBlackTree::repair_red_child(NodeLink node, NodeLink parent) {
   }
 }
 
-// The paths through `node`, the child on `side` of `parent` and perhaps missing, lack one black
+// The paths through the child on `side` of `parent`, black and perhaps missing, lack one black
 // node: ends that with at most three rotations, or tells that the same now holds for `parent`.
-template <RedBlackTree::Child side, RedBlackTree::Child other>
-bool RedBlackTree::gain_black(NodeLink parent) {
+bool RedBlackTree::gain_black(NodeLink parent, TreeSide side) {
+  const TreeSide other = opposite(side);
   TreeLinks& above = at(parent);
-  NodeLink sibling = above.*other;
+  NodeLink sibling = above.child[other];
   if (at(sibling).is_red()) {
     at(sibling).make_black();
     above.make_red();
-    rotate<side, other>(parent);
-    sibling = above.*other;
+    rotate(parent, side);
+    sibling = above.child[other];
   }
-  if (!is_red(at(sibling).left) && !is_red(at(sibling).right)) {
+  if (!is_red(at(sibling).left()) && !is_red(at(sibling).right())) {
     at(sibling).make_red();
     return false;
   }
-  if (!is_red(at(sibling).*other)) sibling = rotate<other, side>(sibling);
+  if (!is_red(at(sibling).child[other])) sibling = rotate(sibling, other);
   TreeLinks& risen = at(sibling);
-  above.is_red() ? risen.make_red() : risen.make_black();
+  risen.set_colour_of(above);
   above.make_black();
-  at(risen.*other).make_black();
-  rotate<side, other>(parent);
+  at(risen.child[other]).make_black();
+  rotate(parent, side);
   return true;
 }
 
-void RedBlackTree::repair_missing_black(NodeLink node, NodeLink parent) {
-  while (parent != nil_ && !is_red(node)) {
-    const bool done = node == at(parent).left
-                          ? gain_black<&TreeLinks::left, &TreeLinks::right>(parent)
-                          : gain_black<&TreeLinks::right, &TreeLinks::left>(parent);
-    if (done) return;
-    node = parent;
-    parent = at(node).parent();
+// The paths through the child on `side` of `parent` lack one black node. `parent` is `nil()` when
+// that is the root.
+void RedBlackTree::repair_missing_black(NodeLink parent, TreeSide side) {
+  while (parent != nil_) {
+    const NodeLink node = at(parent).child[side];
+    if (is_red(node)) return at(node).make_black();
+    if (gain_black(parent, side)) return;
+    const NodeLink above = at(parent).parent();
+    side = side_of(parent, above);
+    parent = above;
   }
-  if (node != nil_) at(node).make_black();
+  if (is_child(root())) at(root()).make_black();
 }
 
-void RedBlackTree::insert(NodeLink node, NodeLink parent, bool as_left_child) {
+void RedBlackTree::insert(NodeLink node, NodeLink parent, TreeSide side) {
   TreeLinks& links = at(node);
-  links.left = links.right = nil_;
-  links.parent_and_colour = parent;
   if (parent == nil_) {
-    header_->parent_and_colour = header_->left = header_->right = node;
+    links = {nil_, {no_child(), thread_to(nil_)}};
+    *header_ = {node, {node, node}};
     return;  // the root, which is black
   }
-  links.make_red();
   TreeLinks& above = at(parent);
-  if (as_left_child) {
-    above.left = node;
-    if (parent == header_->left) header_->left = node;
-  } else {
-    above.right = node;
-    if (parent == header_->right) header_->right = node;
-  }
+  links.parent_and_colour = parent | TreeLinks::colour_bit;
+  links.child[left_side] = no_child();
+  links.child[right_side] = choose(side == left_side, thread_to(parent), above.right());
+  above.child[side] = node;
+  if (parent == header_->child[side]) header_->child[side] = node;
   repair_red_child(node, parent);
+}
+
+// A node with both children and its predecessor, which has no right one, change places and colours.
+// The threads stay right but for the one to a left child's successor, which is about to be set.
+void RedBlackTree::exchange_with_predecessor(NodeLink node) {
+  TreeLinks& links = at(node);
+  const NodeLink heir = outermost(links.left(), right_side);
+  TreeLinks& heir_links = at(heir);
+  const TreeLinks place = heir_links;
+  heir_links.parent_and_colour = links.parent_and_colour;
+  replace_in_parent(links.parent(), node, heir);
+  heir_links.child[right_side] = links.right();
+  at(links.right()).set_parent(heir);
+  links.parent_and_colour = place.parent_and_colour;
+  if (place.parent() == node) {
+    heir_links.child[left_side] = node;
+    links.set_parent(heir);
+  } else {
+    heir_links.child[left_side] = links.left();
+    at(links.left()).set_parent(heir);
+    at(place.parent()).child[right_side] = node;
+  }
+  links.child[left_side] = place.left();
+  links.child[right_side] = thread_to(heir);
 }
 
 void RedBlackTree::remove(NodeLink node) {
   TreeLinks& links = at(node);
-  if (node == header_->left) header_->left = link_to(successor(&links));
-  if (node == header_->right) header_->right = link_to(predecessor(&links));
+  if (node == smallest()) header_->child[left_side] = link_to(successor(&links));
+  if (node == largest()) header_->child[right_side] = link_to(predecessor(&links));
+  if (is_child(links.left()) && is_child(links.right())) exchange_with_predecessor(node);
 
-  bool removed_red = links.is_red();
-  NodeLink moved_up;         // takes the place that loses a node; may be missing
-  NodeLink moved_up_parent;  // so its parent is kept apart
-  if (links.left == nil_ || links.right == nil_) {
-    moved_up = links.left != nil_ ? links.left : links.right;
-    moved_up_parent = links.parent();
-    replace_child(node, moved_up);
-  } else {
-    // The successor, which has no left child, takes over the node's place and colour.
-    NodeLink heir = links.right;
-    while (at(heir).left != nil_) heir = at(heir).left;
-    TreeLinks& heir_links = at(heir);
-    removed_red = heir_links.is_red();
-    moved_up = heir_links.right;
-    moved_up_parent = heir;
-    if (heir != links.right) {
-      moved_up_parent = heir_links.parent();
-      replace_child(heir, moved_up);
-      heir_links.right = links.right;
-      at(heir_links.right).set_parent(heir);
-    }
-    replace_child(node, heir);
-    heir_links.left = links.left;
-    at(heir_links.left).set_parent(heir);
-    links.is_red() ? heir_links.make_red() : heir_links.make_black();
+  const NodeLink parent = links.parent();
+  const TreeSide side = side_of(node, parent);
+  NodeLink moved_up = links.right();  // a child, or the thread
+  if (is_child(links.left())) {
+    moved_up = links.left();  // red, so it has no children, and its successor was the node
+    at(moved_up).child[right_side] = links.right();
   }
-  if (!removed_red) repair_missing_black(moved_up, moved_up_parent);
+  if (is_child(moved_up)) at(moved_up).set_parent(parent);
+  replace_in_parent(parent, node, moved_up);
+  if (!links.is_red()) repair_missing_black(parent, side);
 }
 
 NodeLink RedBlackTree::take_leaf(NodeLink& cursor) const {
   NodeLink leaf = cursor;
   int levels = 0;
-  while (at(leaf).left != nil_ || at(leaf).right != nil_) {
-    leaf = at(leaf).left != nil_ ? at(leaf).left : at(leaf).right;
-    ++levels;
+  for (;; ++levels) {
+    const TreeLinks& links = at(leaf);
+    if (is_child(links.left())) {
+      leaf = links.left();
+    } else if (is_child(links.right())) {
+      leaf = links.right();
+    } else {
+      break;
+    }
   }
   if (levels >= group_levels && memory_.bytes() >= cached_bytes) prefetch_group(at(leaf));
   const NodeLink parent = at(leaf).parent();
-  if (parent != nil_) {
-    TreeLinks& above = at(parent);
-    (above.left == leaf ? above.left : above.right) = nil_;
+  if (parent == nil_) {
+    cursor = no_child();
+  } else {
+    at(parent).child[side_of(leaf, parent)] = no_child();
+    cursor = parent;
   }
-  cursor = parent;
   return leaf;
 }

@@ -52,7 +52,7 @@ struct HashedStorageInspector {
   }
 };
 
-/// Checks links, colours, black heights, the order of keys, the header and the size.
+/// Checks links, threads, colours, black heights, the order of keys, the header and the size.
 class OrderedStorageInspector {
  public:
   template <class Storage>
@@ -72,26 +72,26 @@ class OrderedStorageInspector {
   explicit OrderedStorageInspector(RedBlackTree& tree) : tree_(tree) {}
 
   void check_root() {
-    if (tree_.header()->is_red()) wrong_ = "the header is not black";
     const NodeLink root = tree_.root();
-    if (root == tree_.nil()) return;
+    if (!is_child(root)) return;
+    if (tree_.header()->is_red()) wrong_ = "the header is not black";
     if (tree_.at(root).parent() != tree_.nil()) wrong_ = "the root's parent is not the header";
     if (tree_.at(root).is_red()) wrong_ = "the root is not black";
   }
 
   template <class Number>
   int black_height(NodeLink node, Number number) {
-    if (node == tree_.nil()) return 0;
+    if (!is_child(node)) return 0;
     const TreeLinks& links = tree_.at(node);
     ++nodes_;
     state_ << (links.is_red() ? "(r" : "(b") << number(node);
-    for (const NodeLink child : {links.left, links.right}) {
-      if (child == tree_.nil()) continue;
+    for (const NodeLink child : links.child) {
+      if (!is_child(child)) continue;
       if (tree_.at(child).parent() != node) wrong_ = "a child does not know its parent";
       if (links.is_red() && tree_.at(child).is_red()) wrong_ = "red below red";
     }
-    const int left = black_height(links.left, number);
-    const int right = black_height(links.right, number);
+    const int left = black_height(links.left(), number);
+    const int right = black_height(links.right(), number);
     state_ << ')';
     if (left != right) wrong_ = "black heights differ";
     return left + (links.is_red() ? 0 : 1);
@@ -101,16 +101,20 @@ class OrderedStorageInspector {
   void check_order(Number number) {
     NodeLink smallest = tree_.nil();
     NodeLink largest = tree_.nil();
-    for (NodeLink node = tree_.root(); node != tree_.nil(); node = tree_.at(node).left)
+    for (NodeLink node = tree_.root(); is_child(node); node = tree_.at(node).left())
       smallest = node;
-    for (NodeLink node = tree_.root(); node != tree_.nil(); node = tree_.at(node).right)
+    for (NodeLink node = tree_.root(); is_child(node); node = tree_.at(node).right())
       largest = node;
     if (tree_.smallest() != smallest || tree_.largest() != largest) {
       wrong_ = "the header does not point to the ends";
       return;
     }
+    if (is_child(tree_.root()) && tree_.at(largest).right() != thread_to(tree_.nil())) {
+      wrong_ = "the largest node's thread does not lead to the header";
+    }
     for (NodeLink node = smallest; node != largest;) {
       TreeLinks* following = tree_.successor(&tree_.at(node));
+      if (tree_.near_successor(&tree_.at(node)) != following) wrong_ = "near steps lead elsewhere";
       const NodeLink next = link_to(following);
       if (next == tree_.nil() || number(node) >= number(next)) {
         wrong_ = "keys are out of order";
