@@ -7,10 +7,10 @@
 // Speed. A node of a map from integers to integers has 20 bytes (red_black_tree.h), so that more of
 // a large tree is in the cache. A search turns without branches on the way down: a wrongly guessed
 // turn at every second node costs more than loading both children. An ascending key is compared
-// with the largest one first and then needs no way down at all. A copy of plain elements takes over
-// the tree's shape, without a comparison, level by level (red_black_tree.h). A walk through a large
-// tree asks for some hundred nodes at once (red_black_tree.cpp), and so does the destruction of
-// elements that hold something.
+// with the largest one first and then needs no way down at all. A step goes down, or follows a
+// thread, and never goes up (red_black_tree.h). A copy of plain elements takes over the tree's
+// shape, without a comparison, level by level. A walk through a large tree asks for some hundred
+// nodes at once (red_black_tree.cpp), and so does the destruction of elements that hold something.
 //
 // Where a comparison asks the host, none is made whose outcome is known (comparisons.h): in a
 // search that has found its key, in a run of ascending keys, in a copy. The locks that it would
@@ -427,15 +427,14 @@ class OrderedStorage : public Usable {
   Place root_place() const { return {no_node, nil(), left_side}; }
 
   // Leaves the locks of the comparisons that would bring a key that is larger than all others to
-  // its place. False when the tree changes meanwhile.
-  bool leave_locks_to_largest(const Key& key) {
+  // its place. Ends early when the tree changes.
+  void leave_locks_to_largest(const Key& key) {
     const std::uint32_t changes_before = changes();
     for (NodeLink node = tree_.root(); is_child(node); node = tree_.at(node).right()) {
       Less::leave_locks(key_at(node), key);
-      if (changes() != changes_before) return false;
+      if (changes() != changes_before) return;
     }
     if (!empty()) Less::leave_locks(key_at(tree_.largest()), key);
-    return changes() == changes_before;
   }
 
   template <class Probe>
