@@ -14,64 +14,64 @@
 #include "keys/hints.h"
 #include "keys/node_links.h"
 
-/// `Element` has a `next` link. Nodes that were gathered may be changed; neither buckets nor nodes
-/// that are still to come may.
-template <class Element>
+/// What the nodes of a chain begin with.
+struct ChainLink {
+  NodeLink next = no_node;
+};
+
+/// Nodes that were gathered may be changed; neither buckets nor nodes that are still to come may.
 class BucketWalk {
+ public:
+  /// Through no buckets.
+  BucketWalk() = default;
+
+  /// Through the nodes from `rest` on, the end of the chain before, and through those of all
+  /// buckets. `is_large`: whether the nodes do not fit the cache and are worth a prefetch.
+  BucketWalk(const NodeLink* heads, std::uint32_t bucket_count, NodeLink rest, bool is_large)
+      : next_(heads), end_(heads + bucket_count), rest_(rest), is_large_(is_large) {}
+
+  /// Writes the links of the next nodes, at most `capacity`, which is at least 2; how many. 0 when
+  /// there are no more. O(buckets passed).
+  std::uint32_t gather(NodeLink* links, std::uint32_t capacity);
+
+ private:
+  static const ChainLink& readable(NodeLink link) {
+    return *static_cast<const ChainLink*>(readable_node_at(link));
+  }
+
+  const NodeLink* next_ = nullptr;
+  const NodeLink* end_ = nullptr;
+  NodeLink rest_ = no_node;  // of the chain of the last bucket
+  bool is_large_ = false;
+};
+
+/// A walk that keeps what it gathers. `Element` derives from ChainLink.
+template <class Element>
+class ElementWalk {
  public:
   /// The most nodes that are gathered at once.
   static constexpr std::uint32_t capacity = 64;
 
-  /// `is_large`: whether the nodes do not fit the cache and are worth a prefetch.
-  BucketWalk(const NodeLink* heads, std::uint32_t bucket_count, bool is_large)
-      : next_(heads), end_(heads + bucket_count), is_large_(is_large) {}
+  /// See BucketWalk.
+  ElementWalk(const NodeLink* heads, std::uint32_t bucket_count, bool is_large)
+      : walk_(heads, bucket_count, no_node, is_large), is_large_(is_large) {}
 
   /// Goes on to the next nodes; false when there are none. O(buckets passed). Not inline: a call is
   /// nothing beside the nodes, and every kind of walk would have a copy.
   [[gnu::noinline]] bool gather() {
-    std::uint32_t count = 0;
-    for (;;) {
-      for (; rest_ != no_node && count < capacity; rest_ = readable(rest_).next) {
-        links_[count++] = rest_;
-      }
-      if (count > capacity - 2 || next_ == end_) break;
-      if (is_large_) prefetch_ahead(next_, static_cast<std::uint32_t>(end_ - next_));
-      const NodeLink first = *next_++;
-      links_[count] = first;
-      count += first != no_node ? 1U : 0U;
-      const NodeLink second = readable(first).next;
-      links_[count] = second;
-      count += second != no_node ? 1U : 0U;
-      rest_ = readable(second).next;
+    count_ = walk_.gather(links_, capacity);
+    if (is_large_) {
+      for (const NodeLink link : gathered())
+        prefetch_content(*static_cast<Element*>(node_at(link)));
     }
-    count_ = count;
-    return count != 0;
+    return count_ != 0;
   }
 
   /// The nodes at which the walk is, in order.
   std::span<const NodeLink> gathered() const { return {links_, count_}; }
 
-  /// At a bucket, with `left` from there on: asks for the first node of a chain four dozen buckets
-  /// ahead, and for the second one when the first has come; the same for what they hold.
-  ZRB_ALWAYS_INLINE static void prefetch_ahead(const NodeLink* bucket, std::uint32_t left) {
-    if (left <= buckets_ahead) return;
-    prefetch(readable_node_at(bucket[buckets_ahead]));
-    const Element& first = readable(bucket[buckets_ahead / 2]);
-    prefetch(readable_node_at(first.next));
-    prefetch_content(first);
-    prefetch_content(readable(readable(bucket[buckets_ahead / 4]).next));
-  }
-
  private:
-  static constexpr std::uint32_t buckets_ahead = 48;
-
-  static const Element& readable(NodeLink link) {
-    return *static_cast<const Element*>(readable_node_at(link));
-  }
-
-  const NodeLink* next_;
-  const NodeLink* end_;
-  NodeLink rest_ = no_node;  // of the chain of the last bucket
+  BucketWalk walk_;
   std::uint32_t count_ = 0;
   bool is_large_;
   NodeLink links_[capacity];

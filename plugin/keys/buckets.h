@@ -6,18 +6,11 @@
 #include <memory>
 #include <utility>
 
-#include "keys/hints.h"
 #include "keys/node_links.h"
 #include "keys/remainder.h"
 
 class Buckets {
  public:
-  /// A bucket and the first node of its chain.
-  struct Filled {
-    std::uint32_t bucket;
-    NodeLink head;
-  };
-
   /// `count` of them, at least 2, all empty. std::bad_alloc when there is no memory, or the host's
   /// own address space could not hold them. O(count).
   explicit Buckets(std::uint32_t count);
@@ -41,20 +34,6 @@ class Buckets {
 
   /// The bucket that a hash belongs to.
   std::uint32_t of(std::uint32_t hash) const { return remainder_(hash); }
-
-  /// The first of four buckets, from `bucket` on, that is not empty; the last one, if all are.
-  /// Without a branch on them, since how many empty ones follow each other would be guessed wrong.
-  ZRB_ALWAYS_INLINE Filled first_filled_of_four(std::uint32_t bucket) const {
-    const NodeLink* const heads = heads_ + bucket;
-    Filled filled = {bucket + 3, heads[3]};
-    filled.bucket = choose(opaque(heads[2]) != no_node, bucket + 2, filled.bucket);
-    filled.head = choose(heads[2] != no_node, heads[2], filled.head);
-    filled.bucket = choose(opaque(heads[1]) != no_node, bucket + 1, filled.bucket);
-    filled.head = choose(heads[1] != no_node, heads[1], filled.head);
-    filled.bucket = choose(opaque(heads[0]) != no_node, bucket, filled.bucket);
-    filled.head = choose(heads[0] != no_node, heads[0], filled.head);
-    return filled;
-  }
 
   /// Empties all of them. O(count).
   void forget_all();

@@ -19,12 +19,11 @@
 // reads zeros where a chain ends, instead of testing for the end first: such a test is guessed
 // wrong every other time. In tables that are not large it looks at the first two nodes of the chain
 // and then chooses, also without a branch. Growth, copies, exports and destruction go through the
-// chains by a walk that guesses nothing (bucket_walk.h), and a step chooses between the next node
-// of the chain and that of the next four buckets. Where a hash asks the host, a step does without:
-// it looks for its element in the bucket of the step before. In large tables, all that goes from
-// bucket to bucket asks for nodes long before it comes to them, and growth for the new buckets too,
-// so that many cache misses are under way at once; a large array of buckets lies in large pages
-// (buckets.cpp). Elements that call nobody when they die are never visited for it.
+// chains by a walk that guesses nothing (bucket_walk.h), and so do the steps of an iteration, some
+// at once (steps_ahead.h). In large tables, a walk asks for nodes long before it comes to them, and
+// growth for the new buckets too, so that many cache misses are under way at once; a large array of
+// buckets lies in large pages (buckets.cpp). Elements that call nobody when they die are never
+// visited for it.
 //
 // Exceptions. Hash, equality, the copying of a key and the destruction of an element may throw,
 // unless they are declared noexcept. The table then stays valid, nothing is leaked, and the
@@ -61,6 +60,7 @@
 #include "keys/hints.h"
 #include "keys/in_use.h"
 #include "keys/node_memory.h"
+#include "keys/steps_ahead.h"
 
 /// `Hash(key)` gives 32 unsigned bits, `Equal(stored, key)` a boolean; both are stateless. Where an
 /// operation takes a `Probe`, that is a Key or derived from one (a key prepared for a search), and
@@ -68,10 +68,6 @@
 /// well; n is `size()`.
 template <class Key, class Value, class Hash, class Equal>
 class HashedStorage : public Usable {
-  struct ChainLink {
-    NodeLink next = no_node;
-  };
-
  public:
   using Element = Entry<ChainLink, Key, Value>;
 
@@ -79,7 +75,6 @@ class HashedStorage : public Usable {
   struct Position {
     Element* node = nullptr;
     HashedStorage* table = nullptr;
-    std::uint32_t bucket = 0;  // where the last step found the element; it may have moved since
 
     bool is_end() const { return node == nullptr; }
     Element& entry() const { return *node; }
@@ -122,19 +117,17 @@ class HashedStorage : public Usable {
   static constexpr std::uint32_t max_size() { return std::numeric_limits<std::uint32_t>::max(); }
 
   /// The first element, or the end. O(empty buckets before it).
-  Position begin() {
-    Position position = end();
-    position.node = first_element_from(position.bucket);
-    return position;
-  }
-  Position end() { return {nullptr, this, 0}; }
+  Position begin() { return {first_element_from(0), this}; }
+  Position end() { return {nullptr, this}; }
 
   /// Moves to the next element, or to the end; stays at the end. Hashes the key at a chain's end,
-  /// if the table has grown since the last step.
+  /// unless the last step in this table came there and it was not changed since. O(1), O(buckets)
+  /// where many are empty.
   static void advance(Position& position) {
     if (position.is_end()) return;
     HashedStorage& table = *position.table;
-    plain_elements ? table.advance_guessing_nothing(position) : table.advance_by_chain(position);
+    void* const next = table.ahead_.after(position.node);
+    position.node = next != nullptr ? static_cast<Element*>(next) : table.step_from(position.node);
   }
 
   /// Calls `visit(element)` for each element in order, until it returns false. Hashes nothing.
@@ -158,7 +151,7 @@ class HashedStorage : public Usable {
   Position find(const Probe& key) {
     const std::uint32_t hash = Hash{}(key);
     const NodeLink found = find_link(hash, key);
-    return {found == no_node ? nullptr : &element(found), this, buckets_.of(hash)};
+    return {found == no_node ? nullptr : &element(found), this};
   }
 
   /// The value of this key, `otherwise` when there is none. O(1).
@@ -250,7 +243,7 @@ class HashedStorage : public Usable {
       const InUse use(*this);
       buckets_.forget_all();
       size_ = 0;
-      count_change();
+      note_change();
       release_memory();
     } else {
       destroy_all(buckets_.count());
@@ -284,11 +277,9 @@ class HashedStorage : public Usable {
   friend struct HashedStorageInspector;  // the invariant checker of the tests
   friend class InUse<HashedStorage>;
 
-  using Walk = BucketWalk<Element>;
+  using Walk = ElementWalk<Element>;
 
   static constexpr std::uint32_t cached_elements = 4096;  // fewer need no prefetch
-  // Fewer plain ones need none for a step: a program does more between two steps than a walk does.
-  static constexpr std::uint32_t cached_steps = 65536;
   // Of fewer, a search does better to load two nodes than to guess which one it needs.
   static constexpr std::uint32_t near_elements = 131072;
 
@@ -314,7 +305,7 @@ class HashedStorage : public Usable {
       last_ = node;
       ++count_;
       --table_.size_;
-      table_.count_change();
+      table_.note_change();
     }
 
     // Takes the nodes from `link` on, up to but not including the element `end`.
@@ -343,6 +334,11 @@ class HashedStorage : public Usable {
     NodeLink last_ = no_node;
     std::uint32_t count_ = 0;
   };
+
+  void note_change() {
+    count_change();
+    ahead_.forget();
+  }
 
   Element& element(NodeLink link) const { return *static_cast<Element*>(node_at(link)); }
 
@@ -382,7 +378,7 @@ class HashedStorage : public Usable {
     const NodeLink node = link;
     link = element(node).next;
     --size_;
-    count_change();
+    note_change();
     if (plain_elements || !is_used_by_several()) {
       destroy(node);
     } else {
@@ -418,7 +414,7 @@ class HashedStorage : public Usable {
     if (detached == nullptr) return false;
     Walk walk(detached->begin(), detached->count(), size_ >= cached_elements);
     size_ = 0;
-    count_change();
+    note_change();
     std::span<const NodeLink> left;
     finish_despite_exceptions([&] { destroy_rest(walk, left); });
     return true;
@@ -464,55 +460,34 @@ class HashedStorage : public Usable {
     added.next = head;
     head = node;
     ++size_;
-    count_change();
+    note_change();
     return added;
   }
 
-  // Whether a chain goes on, and how many empty buckets follow it, is guessed wrong at every other
-  // step. So both ways are looked up, and one is chosen.
-  void advance_guessing_nothing(Position& position) {
-    // Nearly always the bucket of the last step: to go on from there, and compare meanwhile, takes
-    // the key and its hash out of what a step waits for.
-    const std::uint32_t home = buckets_.of(Hash{}(position.node->key));
-    const std::uint32_t bucket = opaque(position.bucket) == home ? position.bucket : opaque(home);
-    if (buckets_.count() - bucket > 4) [[likely]] {
-      if (size_ >= cached_steps) {
-        // About as many buckets as a step passes.
-        prefetch_ahead(bucket + 1);
-        prefetch_ahead(bucket + 2);
-        prefetch_ahead(bucket + 3);
-      }
-      const auto behind = buckets_.first_filled_of_four(bucket + 1);
-      const NodeLink chained = position.node->next;
-      const NodeLink link = choose(opaque(chained) != no_node, chained, behind.head);
-      if (link != no_node) [[likely]] {
-        position.bucket = choose(chained != no_node, bucket, behind.bucket);
-        position.node = &element(link);
-        return;
-      }
-    }
-    advance_by_chain(position);
-  }
-
-  // Not inline, for the sake of others.
-  [[gnu::noinline]] void advance_by_chain(Position& position) {
-    if (const NodeLink next = position.node->next; next != no_node) {
-      position.node = &element(next);
-      return;
-    }
-    // Nearly always the bucket of the last step: to look for the element there takes no call of the
-    // host, as its hash would.
-    if (position.bucket < buckets_.count() && link_to(position.node, position.bucket) != nullptr) {
-      position.node = first_element_from(++position.bucket);
-    } else {
-      advance_by_hash(position);
-    }
-  }
-
-  [[gnu::cold]] void advance_by_hash(Position& position) {
+  // The element after one from which no step is known. Not inline, for the sake of others.
+  [[gnu::noinline]] Element* step_from(const Element* from) {
+    if (ahead_.is_at(from)) return static_cast<Element*>(ahead_.go_on());
+    if (!plain_keys && from->next != no_node) return &element(from->next);  // needs no hash
     const KeyUse use(*this);
-    position.bucket = buckets_.of(Hash{}(position.node->key)) + 1;
-    position.node = first_element_from(position.bucket);
+    const std::uint32_t bucket = buckets_.of(Hash{}(from->key));
+    if (plain_keys && from->next != no_node) return came_to(from->next, bucket);
+    return first_element_from(bucket + 1);
+  }
+
+  // Null when all buckets from there on are empty.
+  [[gnu::noinline]] Element* first_element_from(std::uint32_t bucket) {
+    for (; bucket < buckets_.count(); ++bucket) {
+      if (buckets_[bucket] != no_node) return came_to(buckets_[bucket], bucket);
+    }
+    return nullptr;
+  }
+
+  // The element of a bucket to which a step has come.
+  Element* came_to(NodeLink link, std::uint32_t bucket) {
+    Element& found = element(link);
+    const std::uint32_t others = buckets_.count() - bucket - 1;
+    ahead_.start(link, {&buckets_[bucket] + 1, others, found.next, size_ >= cached_elements});
+    return &found;
   }
 
   // Where a new element goes that is to be where growth, step by step, would have taken it.
@@ -525,23 +500,8 @@ class HashedStorage : public Usable {
     return *place;
   }
 
-  // Moves `bucket` on to where the element is.
-  Element* first_element_from(std::uint32_t& bucket) {
-    for (; bucket < buckets_.count(); ++bucket) {
-      prefetch_ahead(bucket);
-      if (buckets_[bucket] != no_node) return &element(buckets_[bucket]);
-    }
-    return nullptr;
-  }
-
   Walk walk_all() const {
     return Walk(buckets_.begin(), buckets_.count(), size_ >= cached_elements);
-  }
-
-  // For whoever goes through the buckets one by one.
-  ZRB_ALWAYS_INLINE void prefetch_ahead(std::uint32_t bucket) const {
-    if (size_ >= cached_elements)
-      Walk::prefetch_ahead(buckets_.begin() + bucket, buckets_.count() - bucket);
   }
 
   template <class Probe>
@@ -671,7 +631,7 @@ class HashedStorage : public Usable {
       move_all(larger, [next = hashes.get()](const Key&) mutable { return *next++; });
     }
     buckets_.swap(larger);
-    count_change();
+    note_change();
   }
 
   // Hashes the keys in order, until the table changes; when that throws, the elements before go.
@@ -718,6 +678,7 @@ class HashedStorage : public Usable {
 
   NodeMemory memory_{sizeof(Element)};
   Buckets buckets_;
+  StepsAhead ahead_;
   std::uint32_t size_ = 0;
   NodeLink put_off_ = no_node;  // taken out, to be destroyed when the outermost operation ends
 };

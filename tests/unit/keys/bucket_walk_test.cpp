@@ -9,48 +9,22 @@
 #include <random>
 #include <vector>
 
-#include "keys/node_memory.h"
+#include "chains.h"
 
 namespace {
 
-struct Node {
-  NodeLink next;
-  std::uint32_t key;
-};
+using Walk = ElementWalk<ChainedNode>;
 
-using Walk = BucketWalk<Node>;
-
-// Buckets with chains of the given lengths; keys count up in the order of a walk.
-class Chains {
- public:
-  explicit Chains(const std::vector<std::uint32_t>& lengths) {
-    for (const std::uint32_t length : lengths) {
-      heads_.push_back(no_node);
-      NodeLink* end = &heads_.back();
-      for (std::uint32_t i = 0; i < length; ++i) {
-        *end = memory_.allocate();
-        end = &(new (node_at(*end)) Node{no_node, count_++})->next;
-      }
-    }
-  }
-
-  std::uint32_t count() const { return count_; }
-  Walk walk(bool is_large) const {
-    return {heads_.data(), static_cast<std::uint32_t>(heads_.size()), is_large};
-  }
-
- private:
-  NodeMemory memory_{sizeof(Node)};
-  std::vector<NodeLink> heads_;
-  std::uint32_t count_ = 0;
-};
+Walk elements_of(const Chains& chains, bool is_large) {
+  return {chains.heads(), chains.bucket_count(), is_large};
+}
 
 std::vector<std::uint32_t> keys_on(Walk walk) {
   std::vector<std::uint32_t> keys;
   while (walk.gather()) {
     EXPECT_FALSE(walk.gathered().empty());
     for (const NodeLink link : walk.gathered()) {
-      keys.push_back(static_cast<const Node*>(node_at(link))->key);
+      keys.push_back(static_cast<const ChainedNode*>(node_at(link))->key);
     }
   }
   EXPECT_TRUE(walk.gathered().empty());
@@ -61,8 +35,8 @@ void expect_all_in_order(const std::vector<std::uint32_t>& lengths) {
   const Chains chains(lengths);
   std::vector<std::uint32_t> expected(chains.count());
   std::iota(expected.begin(), expected.end(), 0U);
-  EXPECT_EQ(keys_on(chains.walk(false)), expected);
-  EXPECT_EQ(keys_on(chains.walk(true)), expected);
+  EXPECT_EQ(keys_on(elements_of(chains, false)), expected);
+  EXPECT_EQ(keys_on(elements_of(chains, true)), expected);
 }
 
 TEST(BucketWalk, finds_nothing_in_empty_buckets) {
@@ -99,13 +73,13 @@ TEST(BucketWalk, meets_every_node_once_in_order_whatever_the_lengths) {
 
 TEST(BucketWalk, does_not_look_at_gathered_nodes_again) {
   const Chains chains({2, 1, 3, 200, 1});
-  Walk walk = chains.walk(false);
+  Walk walk = elements_of(chains, false);
   std::uint32_t expected = 0;
   while (walk.gather()) {
     for (const NodeLink link : walk.gathered()) {
-      auto& node = *static_cast<Node*>(node_at(link));
+      auto& node = *static_cast<ChainedNode*>(node_at(link));
       EXPECT_EQ(node.key, expected++);
-      node = {no_node, 0};
+      node = ChainedNode(0);
     }
   }
   EXPECT_EQ(expected, chains.count());

@@ -4,7 +4,6 @@
 #include <malloc.h>
 
 #include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -56,22 +55,6 @@ TEST(Buckets, change_places_with_others) {
   EXPECT_EQ(few.count(), 24593U);
   EXPECT_EQ(few.of(24593 + 7), 7U);
   EXPECT_EQ(few[24592], 24593U);
-}
-
-TEST(Buckets, tell_the_first_of_four_that_is_filled) {
-  Buckets buckets(6);
-  for (std::uint32_t filled = 0; filled < 16; ++filled) {
-    for (std::uint32_t i = 0; i < 4; ++i)
-      buckets[1 + i] = (filled >> i & 1) != 0 ? 2 * (i + 1) : no_node;
-    // Those around them do not count.
-    buckets[0] = 100;
-    buckets[5] = 100;
-    const std::uint32_t first =
-        filled == 0 ? 3 : static_cast<std::uint32_t>(std::countr_zero(filled));
-    const auto found = buckets.first_filled_of_four(1);
-    EXPECT_EQ(found.bucket, 1 + first) << filled;
-    EXPECT_EQ(found.head, filled == 0 ? no_node : 2 * (first + 1)) << filled;
-  }
 }
 
 TEST(Buckets, give_their_memory_back) {

@@ -147,6 +147,44 @@ TEST(HashedStorage, steps_on_from_every_element_that_a_search_finds) {
   }
 }
 
+TEST(HashedStorage, steps_of_several_positions_at_once_come_to_every_element) {
+  IntegerSet set;
+  std::mt19937 random(6);
+  while (set.size() < 300) set.insert_unique(static_cast<std::int32_t>(random() % 5000));
+  const std::vector<std::int32_t> keys = keys_in_order(set);
+  std::vector<IntegerSet::Position> positions(3, set.begin());
+  std::vector<std::size_t> steps(3, 0);
+  for (int step = 0; step < 3000; ++step) {
+    const std::size_t who = random() % positions.size();
+    if (positions[who].is_end()) continue;
+    ASSERT_EQ(positions[who].entry().key, keys[steps[who]]);
+    IntegerSet::advance(positions[who]);
+    ++steps[who];
+  }
+  for (std::size_t who = 0; who < positions.size(); ++who) {
+    EXPECT_TRUE(positions[who].is_end());
+    EXPECT_EQ(steps[who], keys.size());
+  }
+}
+
+TEST(HashedStorage, steps_see_what_was_added_and_removed_behind_them) {
+  IntegerSet set;
+  for (std::int32_t key = 0; key < 100; key += 2) set.insert_unique(key);
+  std::vector<std::int32_t> visited;
+  for (auto at = set.begin(); !at.is_end(); IntegerSet::advance(at)) {
+    const std::int32_t key = at.entry().key;
+    visited.push_back(key);
+    if (key % 4 == 0) set.erase(key + 2);
+    if (key % 10 == 0) set.insert_unique(key + 1);
+  }
+  std::vector<std::int32_t> expected;
+  for (std::int32_t key = 0; key < 100; ++key) {
+    const bool was_added = key % 10 == 1 && (key - 1) % 4 == 0;
+    if (key % 4 == 0 || was_added) expected.push_back(key);
+  }
+  EXPECT_EQ(visited, expected);
+}
+
 // Growth takes the elements to other buckets than the one that a position has come to.
 TEST(HashedStorage, steps_on_in_the_new_order_after_growth) {
   IntegerSet set;
