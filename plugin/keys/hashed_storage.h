@@ -466,12 +466,21 @@ class HashedStorage : public Usable {
 
   // The element after one from which no step is known. Not inline, for the sake of others.
   [[gnu::noinline]] Element* step_from(const Element* from) {
-    if (ahead_.is_at(from)) return static_cast<Element*>(ahead_.go_on());
+    if (ahead_.is_at(from)) return go_on();
     if (!plain_keys && from->next != no_node) return &element(from->next);  // needs no hash
     const KeyUse use(*this);
     const std::uint32_t bucket = buckets_.of(Hash{}(from->key));
     if (plain_keys && from->next != no_node) return came_to(from->next, bucket);
     return first_element_from(bucket + 1);
+  }
+
+  // Past what was gathered; null at the end.
+  Element* go_on() {
+    auto* const next = static_cast<Element*>(ahead_.go_on());
+    if (!plain_elements && size_ >= cached_elements) {
+      for (const NodeLink link : ahead_.gathered()) prefetch_content(element(link));
+    }
+    return next;
   }
 
   // Null when all buckets from there on are empty.

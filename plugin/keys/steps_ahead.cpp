@@ -8,9 +8,9 @@ void StepsAhead::start(NodeLink node, const BucketWalk& walk) {
 }
 
 void* StepsAhead::go_on() {
-  const std::uint32_t count = walk_.gather(way_ + first, capacity);
-  if (count == 0) return nullptr;
-  way_[first + count] = no_node;
+  count_ = walk_.gather(way_ + first, capacity);
+  if (count_ == 0) return nullptr;
+  way_[first + count_] = no_node;
   at_ = first;
   return node_at(way_[first]);
 }

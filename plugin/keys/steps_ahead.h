@@ -8,6 +8,7 @@
 #define ZRB_PLUGIN_KEYS_STEPS_AHEAD_H
 
 #include <cstdint>
+#include <span>
 
 #include "keys/bucket_walk.h"
 #include "keys/hints.h"
@@ -37,6 +38,9 @@ class StepsAhead {
   /// O(buckets passed).
   void* go_on();
 
+  /// The nodes that were gathered when it last went on.
+  std::span<const NodeLink> gathered() const { return {way_ + first, count_}; }
+
   void forget() { at_ = nowhere; }
 
  private:
@@ -46,7 +50,8 @@ class StepsAhead {
   static constexpr std::uint32_t first = 1;
 
   std::uint32_t at_ = nowhere;          // where the last step came to
-  NodeLink way_[first + capacity + 1];  // what was gathered, and `no_node` behind it
+  std::uint32_t count_ = 0;             // of the nodes that were gathered
+  NodeLink way_[first + capacity + 1];  // these nodes, and `no_node` behind them
   BucketWalk walk_;
 };
 

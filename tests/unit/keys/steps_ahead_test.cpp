@@ -82,6 +82,8 @@ TEST(StepsAhead, know_the_next_nodes_only_when_they_have_gone_on) {
   void* const second = steps.go_on();
   ASSERT_NE(second, nullptr);
   EXPECT_EQ(key_of(second), 1U);
+  ASSERT_EQ(steps.gathered().size(), 2U);
+  EXPECT_EQ(node_at(steps.gathered().front()), second);
   void* const third = steps.after(second);
   ASSERT_NE(third, nullptr);
   EXPECT_EQ(key_of(third), 2U);
