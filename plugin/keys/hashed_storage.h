@@ -335,7 +335,7 @@ class HashedStorage : public Usable {
     std::uint32_t count_ = 0;
   };
 
-  void note_change() {
+  void note_change() noexcept {
     count_change();
     ahead_.forget();
   }

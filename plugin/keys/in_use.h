@@ -25,7 +25,7 @@ class Usable {
   std::uint32_t changes() const { return changes_; }
 
  protected:
-  void count_change() { ++changes_; }
+  void count_change() noexcept { ++changes_; }
 
   /// Whether an operation runs around the one that asks, for which an InUse is held already.
   bool is_used_by_several() const { return uses_ > 1; }

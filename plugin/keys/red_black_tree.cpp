@@ -1,6 +1,5 @@
 #include "keys/red_black_tree.h"
 
-#include <initializer_list>
 #include <new>
 #include <utility>
 
@@ -37,7 +36,7 @@ ZRB_PROTECT_STACK [[gnu::noinline]] void RedBlackTree::prefetch_group(
   for (std::uint32_t i = 0; i < count && count <= largest_group - 2; ++i) {
     const TreeLinks& node = at(nodes[i]);
     if (prefetch_content_ != nullptr) prefetch_content_(node);
-    for (const NodeLink child : {node.left(), node.right()}) {
+    for (const NodeLink child : node.child) {
       prefetch(node_at(child));
       nodes[count] = child;
       count += is_child(child) ? 1U : 0U;
@@ -45,8 +44,7 @@ ZRB_PROTECT_STACK [[gnu::noinline]] void RedBlackTree::prefetch_group(
   }
 }
 
-// The outermost node of a subtree. Whoever steps will step on: asks for the nodes that lie ahead,
-// below those that come next.
+// The outermost node of a subtree. Whoever steps will step on: asks for the nodes that lie ahead.
 TreeLinks* RedBlackTree::step_down(NodeLink subtree, TreeSide side) const {
   TreeLinks* found = &at(subtree);
   int levels = 0;
@@ -110,7 +108,7 @@ NodeLink RedBlackTree::rotate(NodeLink node, TreeSide side) {
     sinker.child[opposite(side)] = inner;
     at(inner).set_parent(node);
   } else {
-    sinker.child[opposite(side)] = thread_to(riser_link);
+    sinker.child[opposite(side)] = thread_to(riser_link);  // on the left any marked link will do
   }
   riser.child[side] = node;
   riser.set_parent(parent);

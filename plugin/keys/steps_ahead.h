@@ -41,7 +41,7 @@ class StepsAhead {
   /// The nodes that were gathered when it last went on.
   std::span<const NodeLink> gathered() const { return {way_ + first, count_}; }
 
-  void forget() { at_ = nowhere; }
+  void forget() noexcept { at_ = nowhere; }
 
  private:
   static constexpr std::uint32_t capacity = 16;

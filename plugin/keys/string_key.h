@@ -52,13 +52,6 @@ struct EqualRBString {
   }
 };
 struct LTRBString {
-  bool operator()(const RBString& stored, const StringProbe& key) const {
-    return compare_leaving_locks(stored, key) < 0;
-  }
-  bool operator()(const StringProbe& key, const RBString& stored) const {
-    return compare_leaving_locks(stored, key) > 0;
-  }
-
   /// Both answers at once: negative when the stored string comes first, 0 when they are equal.
   static std::int32_t compare(const RBString& stored, const StringProbe& key) {
     return compare_leaving_locks(stored, key);

@@ -42,6 +42,17 @@ TEST(Buckets, are_empty_when_all_was_forgotten) {
   }
 }
 
+TEST(Buckets, that_live_at_once_lie_in_memory_of_their_own) {
+  for (const std::uint32_t count : counts) {
+    Buckets one(count);
+    Buckets other(count);
+    fill(one);
+    fill(other);
+    other.forget_all();
+    for (std::uint32_t bucket = 0; bucket < count; ++bucket) ASSERT_EQ(one[bucket], bucket + 1);
+  }
+}
+
 TEST(Buckets, change_places_with_others) {
   Buckets few(53);
   {
