@@ -45,6 +45,12 @@ class BucketWalk {
   bool is_large_ = false;
 };
 
+/// Asks the processor to load what nodes of the type Element refer to.
+template <class Element>
+ZRB_ALWAYS_INLINE void prefetch_contents(std::span<const NodeLink> nodes) {
+  for (const NodeLink node : nodes) prefetch_content(*static_cast<Element*>(node_at(node)));
+}
+
 /// A walk that keeps what it gathers. `Element` derives from ChainLink.
 template <class Element>
 class ElementWalk {
@@ -60,10 +66,7 @@ class ElementWalk {
   /// nothing beside the nodes, and every kind of walk would have a copy.
   [[gnu::noinline]] bool gather() {
     count_ = walk_.gather(links_, capacity);
-    if (is_large_) {
-      for (const NodeLink link : gathered())
-        prefetch_content(*static_cast<Element*>(node_at(link)));
-    }
+    if (is_large_) prefetch_contents<Element>(gathered());
     return count_ != 0;
   }
 

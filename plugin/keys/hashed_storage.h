@@ -477,9 +477,7 @@ class HashedStorage : public Usable {
   // Past what was gathered; null at the end.
   Element* go_on() {
     auto* const next = static_cast<Element*>(ahead_.go_on());
-    if (!plain_elements && size_ >= cached_elements) {
-      for (const NodeLink link : ahead_.gathered()) prefetch_content(element(link));
-    }
+    if (!plain_elements && size_ >= cached_elements) prefetch_contents<Element>(ahead_.gathered());
     return next;
   }
 

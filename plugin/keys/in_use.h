@@ -38,6 +38,7 @@ class Usable {
 
   template <class Storage>
   [[gnu::noinline]] static void destroy(Usable& usable) {
+    // Not a delete expression, which would test for a null that never comes.
     std::default_delete<Storage>()(&static_cast<Storage&>(usable));
   }
 
