@@ -292,8 +292,8 @@ class OrderedStorage : public Usable {
   Position position(NodeLink node) noexcept { return {&tree_.at(node), this}; }
   Element& element(NodeLink node) const noexcept { return static_cast<Element&>(tree_.at(node)); }
   const Key& key_at(NodeLink node) const noexcept { return element(node).key; }
-  // Of nodes that were taken out.
-  NodeLink& next_in_chain(NodeLink node) const { return tree_.at(node).child[right_side]; }
+  // Of nodes that were taken out. Their right links still lead on: see RedBlackTree::remove.
+  NodeLink& next_in_chain(NodeLink node) const { return tree_.at(node).parent_and_colour; }
   NodeLink link_after(NodeLink node) { return link_to(tree_.successor(&tree_.at(node))); }
 
   static void prefetch_content_of(const TreeLinks& node) {

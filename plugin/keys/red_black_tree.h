@@ -120,8 +120,9 @@ class RedBlackTree {
   /// in an empty tree), and rebalances. O(log n), O(1) amortised.
   void insert(NodeLink node, NodeLink parent, TreeSide side);
 
-  /// Unlinks a node and rebalances; all other nodes stay where they are in memory. O(log n), O(1)
-  /// amortised.
+  /// Unlinks a node and rebalances; all other nodes stay where they are in memory. A step from the
+  /// removed node, which must not happen, still leads to a neighbour instead of round and round.
+  /// O(log n), O(1) amortised.
   void remove(NodeLink node);
 
   /// Forgets all nodes; their memory stays in use.

@@ -250,5 +250,25 @@ TEST_P(MisusedOrderedIterators, steps_back_from_the_first_come_to_the_end_and_go
   EXPECT_EQ(support::describe(at.key()), support::describe(key(2)));
 }
 
+TEST_P(MisusedOrderedIterators, a_step_from_a_removed_element_leads_to_a_neighbour) {
+  constexpr int count = 50;
+  for (int removed = 0; removed < count; ++removed) {
+    const Container container = make_with(count);
+    const Iterator at = container.nth(removed);
+    container.remove(container.nth(removed));
+    at.move_next();
+    EXPECT_TRUE(at.is_equal(container.nth(removed)) || at.is_equal(container.nth(removed - 1)))
+        << removed;
+  }
+}
+
+TEST_P(MisusedOrderedIterators, steps_from_a_removed_range_lead_out_of_it) {
+  const Container container = make_with(50);
+  const Iterator at = container.nth(10);
+  container.remove(container.nth(10), container.nth(30));
+  for (int i = 0; i < 50; ++i) at.move_next();
+  EXPECT_TRUE(at.is_equal(container.last()));
+}
+
 }  // namespace
 }  // namespace hostile

@@ -7,21 +7,13 @@ using support::Container;
 using support::Element;
 using support::Iterator;
 
-class Removal : public support::ClassTest {
- protected:
-  /// An iterator that stands `steps` behind the first element.
-  static Iterator nth(const Container& container, int steps) {
-    Iterator at = container.first();
-    for (int i = 0; i < steps; ++i) at.move_next();
-    return at;
-  }
-};
+class Removal : public support::ClassTest {};
 ZRB_FOR_CLASSES(Removal, support::all_classes());
 
 TEST_P(Removal, by_iterator_removes_that_element_alone) {
   const Container container = make_with(30);
   std::vector<std::string> expected = container.described_keys();
-  container.remove(nth(container, 11));
+  container.remove(container.nth(11));
   expected.erase(expected.begin() + 11);
   EXPECT_EQ(container.described_keys(), expected);
   EXPECT_EQ(container.count(), 29);
@@ -31,7 +23,7 @@ TEST_P(Removal, by_iterator_works_for_each_position) {
   for (int position = 0; position < 12; ++position) {
     const Container container = make_with(12);
     std::vector<std::string> expected = container.described_keys();
-    container.remove(nth(container, position));
+    container.remove(container.nth(position));
     expected.erase(expected.begin() + position);
     EXPECT_EQ(container.described_keys(), expected) << position;
   }
@@ -87,7 +79,7 @@ TEST_P(Removal, of_the_whole_range_empties_the_container) {
 TEST_P(Removal, of_an_empty_range_removes_nothing) {
   const Container container = make_with(20);
   container.remove(container.first(), container.first());
-  container.remove(nth(container, 7), nth(container, 7));
+  container.remove(container.nth(7), container.nth(7));
   container.remove(container.last(), container.last());
   EXPECT_EQ(container.count(), 20);
 }
@@ -109,7 +101,7 @@ TEST_P(Removal, of_any_range_leaves_what_lies_outside_in_its_order) {
     SCOPED_TRACE(std::to_string(from) + " to " + std::to_string(to));
     const Container container = make_with(250);
     std::vector<std::string> expected = container.described_keys();
-    container.remove(nth(container, from), nth(container, to));
+    container.remove(container.nth(from), container.nth(to));
     expected.erase(expected.begin() + from, expected.begin() + to);
     EXPECT_EQ(container.described_keys(), expected);
     EXPECT_EQ(container.count(), static_cast<std::int32_t>(expected.size()));

@@ -233,6 +233,12 @@ void* Container::getter(std::string_view name) const {
   throw std::runtime_error(std::string(record_->name) + " has no property " + std::string(name));
 }
 
+Iterator Container::nth(int steps) const {
+  Iterator at = first();
+  for (int i = 0; i < steps; ++i) at.move_next();
+  return at;
+}
+
 Iterator Container::iterator(std::string_view declaration_template) const {
   return Iterator::adopt(container_class(), call<REALobject>(declaration_template));
 }

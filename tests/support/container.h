@@ -129,6 +129,8 @@ class Container : public Instance {
 
   Iterator first() const { return iterator("first as {Iterator}"); }
   Iterator last() const { return iterator("last as {Iterator}"); }
+  /// An iterator that was moved on so many steps from the first element.
+  Iterator nth(int steps) const;
   Iterator find(const Element& key) const {
     return iterator_at("find(key as {K}) as {Iterator}", key);
   }
