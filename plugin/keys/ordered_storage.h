@@ -568,7 +568,7 @@ class OrderedStorage : public Usable {
   }
 
   // A chain of nodes, with the end of it.
-  void destroy_or_put_off(NodeLink first, NodeLink& end) {
+  [[gnu::noinline]] void destroy_or_put_off(NodeLink first, NodeLink& end) {
     if constexpr (plain_elements) {
       destroy_chain(first);
     } else if (is_used_by_several()) {
