@@ -428,7 +428,8 @@ class OrderedStorage : public Usable {
 
   // Leaves the locks of the comparisons that would bring a key that is larger than all others to
   // its place. Ends early when the tree changes.
-  void leave_locks_to_largest(const Key& key) {
+  template <class Operand>
+  void leave_locks_to_largest(const Operand& key) {
     const std::uint32_t changes_before = changes();
     for (NodeLink node = tree_.root(); is_child(node); node = tree_.at(node).right()) {
       Less::leave_locks(key_at(node), key);

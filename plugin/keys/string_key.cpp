@@ -22,12 +22,13 @@ std::uint32_t hash_of_first_seven(std::uint64_t bytes) {
 
 }  // namespace
 
-StringProbe::StringProbe(REALstring string) : RBString(string), text_(string) {}
+StringProbe::StringProbe(REALstring string) : SoughtHandle(string), text_(string) {}
 
 // The definition takes the upper four bits off and folds them back in after each byte. Here they
 // stay until the end, as the next shift drops them anyway, and the fold is taken along beside that
 // shift: four operations that wait for each other instead of six.
 std::uint32_t GetStringHash(rbText& text) {
+  if (!text.is_read()) text.read_inline();
   const std::int32_t length = text.LengthUTF8();
   const char* bytes = text.GetUTF8();
   std::uint32_t hash = 0;
@@ -50,9 +51,8 @@ std::uint32_t GetStringHash(rbText& text) {
 }
 
 std::int32_t compare_leaving_locks(const RBString& stored, const StringProbe& key) {
-  const REALstring handle = stored.get();
-  leave_comparison_locks(handle, key.get());
-  rbText text(handle);
+  leave_comparison_locks(stored, key);
+  rbText text(stored.get());
   text.read_inline();
   return Compare(text, key.text());
 }

@@ -16,7 +16,7 @@ using RBString = LockedHandle<REALstringStruct>;
 
 /// A string that is searched for. Its text is asked of the host once, and serves the hash and all
 /// comparisons of one operation.
-class StringProbe : public RBString {
+class StringProbe : public SoughtHandle<REALstringStruct> {
  public:
   explicit StringProbe(REALstring string);  // not inline: most routines make one
 
@@ -61,8 +61,9 @@ struct LTRBString {
   static bool is_larger(const StringProbe& key, const RBString& stored);
 
   /// What a comparison leaves, for an order that is known.
-  static void leave_locks(const RBString& stored, const RBString& key) {
-    leave_comparison_locks(stored.get(), key.get());
+  template <class Operand>
+  static void leave_locks(const RBString& stored, const Operand& key) {
+    leave_comparison_locks(stored, key);
   }
 };
 

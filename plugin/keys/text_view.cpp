@@ -38,17 +38,16 @@ void rbText::convert_otherwise(std::uint32_t encoding) {
 
 REALstring rbText::rebuild_from_bytes() {
   const rbData raw(string_);
-  rebuilt_ =
+  made_ =
       LockedString::adopt(REALBuildUnicodeString(raw.data(), raw.length(), host_encoding::utf8));
-  return rebuilt_.get();
+  return made_.get();
 }
 
 void rbText::convert_by_string_service(REALstring string) {
-  converted_ = LockedString::adopt(REALConvertString(string, host_encoding::utf8));
-  if (converted_.get() == nullptr) return;
-  const char* data = reinterpret_cast<const OldStringObject*>(converted_.get())->data;
+  made_ = LockedString::adopt(REALConvertString(string, host_encoding::utf8));
+  if (made_.get() == nullptr) return;
+  const char* data = reinterpret_cast<const OldStringObject*>(made_.get())->data;
   if (data == nullptr) return;
   utf8_ = data + 1;
-  length_ =
-      LenB.is_available() ? std::max(LenB(converted_.get()), 0) : to_length(std::strlen(utf8_));
+  length_ = LenB.is_available() ? std::max(LenB(made_.get()), 0) : to_length(std::strlen(utf8_));
 }

@@ -64,8 +64,10 @@ class rbText {
   /// Makes a view of nil, which nobody has read, that of another string.
   void view(REALstring held_string) { string_ = held_string; }
 
-  /// Asks the host for the text, of a view that was not read yet. Inline for the one place where a
-  /// call more counts; elsewhere a view reads by itself.
+  bool is_read() const { return length_ >= 0; }
+
+  /// Asks the host for the text, of a view that was not read yet. Inline for hashes and
+  /// comparisons, where a call more counts; elsewhere a view reads by itself.
   ZRB_ALWAYS_INLINE void read_inline() {
     length_ = 0;
     if (string_ == nullptr) return;
@@ -88,7 +90,7 @@ class rbText {
 
  private:
   void read() {
-    if (length_ < 0) convert();
+    if (!is_read()) convert();
   }
   void convert();
   void convert_otherwise(std::uint32_t encoding);
@@ -110,8 +112,7 @@ class rbText {
   REALstring string_;
   const char* utf8_ = empty_text;
   std::int32_t length_ = -1;  // not known yet
-  LockedString rebuilt_;      // the string that raw bytes are made into
-  LockedString converted_;    // what a host before 2012 gives for it
+  LockedString made_;  // what raw bytes are made into, and what a host before 2012 gives for it
   StringDataHolder data_;
 };
 

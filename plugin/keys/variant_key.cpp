@@ -85,19 +85,19 @@ std::int32_t Compare(VariantView& a, VariantView& b) {
 
 bool EqualRBVariant::operator()(const RBVariant& stored, const VariantProbe& key) const {
   VariantView view(stored.get());
-  leave_comparison_locks(view.handle(), key.get());
+  leave_comparison_locks(stored, key);
   return Compare(view, key.view()) == 0;
 }
 
 bool LTRBVariant::operator()(const RBVariant& stored, const VariantProbe& key) const {
   VariantView view(stored.get());
-  leave_comparison_locks(view.handle(), key.get());
+  leave_comparison_locks(stored, key);
   return Compare(view, key.view()) < 0;
 }
 
 bool LTRBVariant::operator()(const VariantProbe& key, const RBVariant& stored) const {
   VariantView view(stored.get());
-  leave_comparison_locks(key.get(), view.handle());
+  leave_comparison_locks(key, stored);
   return Compare(key.view(), view) < 0;
 }
 

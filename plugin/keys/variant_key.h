@@ -34,9 +34,9 @@ class VariantView {
 };
 
 /// A variant that is searched for, held for one operation.
-class VariantProbe : public RBVariant {
+class VariantProbe : public SoughtHandle<REALobjectStruct> {
  public:
-  explicit VariantProbe(REALobject variant) : RBVariant(variant), view_(variant) {}
+  explicit VariantProbe(REALobject variant) : SoughtHandle(variant), view_(variant) {}
 
   VariantView& view() const { return view_; }
 
@@ -61,8 +61,9 @@ struct LTRBVariant {
   bool operator()(const VariantProbe& key, const RBVariant& stored) const;
 
   /// What a comparison leaves, for an order that is known.
-  static void leave_locks(const RBVariant& stored, const RBVariant& key) {
-    leave_comparison_locks(stored.get(), key.get());
+  template <class Operand>
+  static void leave_locks(const RBVariant& stored, const Operand& key) {
+    leave_comparison_locks(stored, key);
   }
 };
 

@@ -12,23 +12,31 @@ Element text_element(ElementType type, const std::string& text) {
   return type == ElementType::string ? support::string(text) : support::variant_string(text);
 }
 
-// Each comparison leaves a lock on either key; apart from those, a call locks its key once, and an
-// insertion once more to keep it, and the value as well.
-struct Counter {
+// Each comparison leaves a lock on either key, and an element has one on its key and one on its
+// value. All other locks are given back.
+class Counter {
+ public:
   explicit Counter(const support::ContainerClass& c)
-      : lock_service(c.key == ElementType::string ? "REALLockString" : "REALLockObject") {
-    standin::Host::current().calls().reset();
+      : is_string_(c.key == ElementType::string), counts_values_(c.value == c.key) {
+    calls().reset();
   }
 
-  Cost cost(std::size_t keys, std::uint64_t locks_besides) const {
-    const standin::CallCounts& calls = standin::Host::current().calls();
+  // `elements`: how many more there are than before, for each key.
+  Cost cost(std::size_t keys, int elements) const {
     const auto count = static_cast<double>(keys);
-    const auto locks = static_cast<double>(calls.of(lock_service));
-    return {(locks / count - static_cast<double>(locks_besides)) / 2,
-            static_cast<double>(calls.total()) / count};
+    const auto locks =
+        static_cast<double>(calls().of(is_string_ ? "REALLockString" : "REALLockObject"));
+    const auto unlocks =
+        static_cast<double>(calls().of(is_string_ ? "REALUnlockString" : "REALUnlockObject"));
+    const int kept = elements * (counts_values_ ? 2 : 1);
+    return {((locks - unlocks) / count - kept) / 2, static_cast<double>(calls().total()) / count};
   }
 
-  const char* lock_service;
+ private:
+  static standin::CallCounts& calls() { return standin::Host::current().calls(); }
+
+  bool is_string_;
+  bool counts_values_;
 };
 
 }  // namespace
@@ -64,14 +72,13 @@ Costs costs(const support::ContainerClass& c, const std::vector<Element>& keys) 
   Costs result;
   const Counter insertions(c);
   for (const Element& key : keys) container.put(key, value);
-  const bool locks_values_alike = c.value == c.key;
-  result.insert = insertions.cost(keys.size(), locks_values_alike ? 3 : 2);
+  result.insert = insertions.cost(keys.size(), 1);
   const Counter searches(c);
   for (const Element& key : keys) EXPECT_TRUE(container.contains(key));
-  result.find = searches.cost(keys.size(), 1);
+  result.find = searches.cost(keys.size(), 0);
   const Counter removals(c);
   for (const Element& key : keys) EXPECT_EQ(container.remove(key), 1);
-  result.remove = removals.cost(keys.size(), 1);
+  result.remove = removals.cost(keys.size(), -1);
   EXPECT_TRUE(container.empty());
   return result;
 }

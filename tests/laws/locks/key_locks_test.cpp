@@ -46,6 +46,18 @@ ZRB_LOCK_TEST(KeyLocks, putting_an_equal_key_stores_only_the_value, member::inse
   EXPECT_EQ(watch.changes(), expected);
 }
 
+ZRB_LOCK_TEST(ObjectKeyLocks, a_key_is_held_by_the_lock_that_its_comparison_leaves,
+              member::count_key) {
+  const auto [container, stored_key, stored_value] = single();
+  const Element equal_key = key(1);
+  const bool is_string = container_class().key == ElementType::string;
+  host().calls().reset();
+  EXPECT_EQ(container.count_key(equal_key), 1);
+  const auto locks = host().calls().of(is_string ? "REALLockString" : "REALLockObject");
+  EXPECT_EQ(locks, static_cast<std::uint64_t>(2 * comparisons_of_equals()));
+  EXPECT_EQ(host().calls().of(is_string ? "REALUnlockString" : "REALUnlockObject"), 0U);
+}
+
 ZRB_LOCK_TEST(KeyLocks, a_key_that_only_its_container_holds_dies_with_its_removal, member::insert,
               member::set_value, member::remove_key) {
   const Container container = make();
