@@ -28,7 +28,7 @@ StringProbe::StringProbe(REALstring string) : SoughtHandle(string), text_(string
 // stay until the end, as the next shift drops them anyway, and the fold is taken along beside that
 // shift: four operations that wait for each other instead of six.
 std::uint32_t GetStringHash(rbText& text) {
-  if (!text.is_read()) text.read_inline();
+  text.read_inline();
   const std::int32_t length = text.LengthUTF8();
   const char* bytes = text.GetUTF8();
   std::uint32_t hash = 0;

@@ -28,7 +28,7 @@ class StringProbe : public SoughtHandle<REALstringStruct> {
 
 /// The ELF hash of a UTF-8 text, its bytes each sign-extended to 32 bits before they are added; 0
 /// for an empty text. The sign extension decides the bucket, and so the iteration order, of every
-/// key that is not pure ASCII. O(length).
+/// key that is not pure ASCII. `text` was not read yet. O(length).
 /// Source: System V Application Binary Interface, "Hash Table".
 std::uint32_t GetStringHash(rbText& text);
 

@@ -64,8 +64,6 @@ class rbText {
   /// Makes a view of nil, which nobody has read, that of another string.
   void view(REALstring held_string) { string_ = held_string; }
 
-  bool is_read() const { return length_ >= 0; }
-
   /// Asks the host for the text, of a view that was not read yet. Inline for hashes and
   /// comparisons, where a call more counts; elsewhere a view reads by itself.
   ZRB_ALWAYS_INLINE void read_inline() {
@@ -90,7 +88,7 @@ class rbText {
 
  private:
   void read() {
-    if (!is_read()) convert();
+    if (length_ < 0) convert();
   }
   void convert();
   void convert_otherwise(std::uint32_t encoding);
