@@ -20,8 +20,9 @@ class SoughtHandle : public LockedHandle<Struct> {
     if (was_compared_) this->detach();
   }
 
-  /// Whether the lock that a comparison leaves is one more; the first one is there already.
-  bool needs_lock() const { return std::exchange(was_compared_, true); }
+  /// Notes a comparison, and tells whether there was one before: only then does the lock that it
+  /// leaves have to be taken.
+  bool note_comparison() const { return std::exchange(was_compared_, true); }
 
  private:
   mutable bool was_compared_ = false;
@@ -37,7 +38,7 @@ inline void leave_lock(const LockedHandle<REALstringStruct>& operand) {
 }
 template <class Struct>
 void leave_lock(const SoughtHandle<Struct>& key) {
-  if (key.needs_lock()) leave_lock(static_cast<const LockedHandle<Struct>&>(key));
+  if (key.note_comparison()) leave_lock(static_cast<const LockedHandle<Struct>&>(key));
 }
 
 /// Takes a lock on either operand of a comparison that nobody ever gives back. Programs have come

@@ -568,7 +568,7 @@ class OrderedStorage : public Usable {
     destroy_or_put_off(leaves, *end);
   }
 
-  // A chain of nodes, with the end of it.
+  // A chain of nodes, with the end of it. Not inline: every way to remove comes here.
   [[gnu::noinline]] void destroy_or_put_off(NodeLink first, NodeLink& end) {
     if constexpr (plain_elements) {
       destroy_chain(first);
