@@ -84,8 +84,11 @@ struct PositionalAccess {
     [[maybe_unused]] ArrayWriter<typename Value::Host> value_writer(values.get());
     std::int32_t index = 0;
     const bool complete = storage->for_each([&](const Element& element) {
-      store<Key>(key_writer, index, element.key);
-      if constexpr (C::is_map) store<Value>(value_writer, index, element.value);
+      key_writer.set(index, Key::lend(element.key));  // a key stays while its storage is in use
+      if constexpr (C::is_map) {
+        const typename Value::Stored held(element.value);  // a value could be replaced meanwhile
+        value_writer.set(index, Value::lend(held));
+      }
       ++index;
       return true;
     });
@@ -93,13 +96,6 @@ struct PositionalAccess {
     data.keysCache = keys.detach();
     if constexpr (C::is_map) data.valuesCache = values.detach();
     return true;
-  }
-
-  template <class Kind>
-  static void store(ArrayWriter<typename Kind::Host>& writer, std::int32_t index,
-                    const typename Kind::Stored& element) {
-    const typename Kind::Stored held(element);
-    writer.set(index, Kind::lend(held));
   }
 
   template <class Kind, class Part>
