@@ -15,15 +15,13 @@
 //
 // Hashes are not kept. Each operation on a key hashes that key once; growth hashes every key once.
 //
-// Speed. The bucket is found without a division (remainder.h). A search for a key that asks nobody
-// reads zeros where a chain ends, instead of testing for the end first: such a test is guessed
-// wrong every other time. In tables that are not large it looks at the first two nodes of the chain
-// and then chooses, also without a branch. Growth, copies, exports and destruction go through the
-// chains by a walk that guesses nothing (bucket_walk.h), and so do the steps of an iteration, some
-// at once (steps_ahead.h). In large tables, a walk asks for nodes long before it comes to them, and
-// growth for the new buckets too, so that many cache misses are under way at once; a large array of
-// buckets lies in large pages (buckets.cpp). Elements that call nobody when they die are never
-// visited for it.
+// Speed. The bucket is found without a division (remainder.h), and in its chain a key that asks
+// nobody, almost without a guess (plain_chain.h). Growth, copies, exports and destruction go
+// through the chains by a walk that guesses nothing (bucket_walk.h), and so do the steps of an
+// iteration, some at once (steps_ahead.h). In large tables, a walk asks for nodes long before it
+// comes to them, and growth for the new buckets too, so that many cache misses are under way at
+// once; a large array of buckets lies in large pages (buckets.cpp). Elements that call nobody when
+// they die are never visited for it.
 //
 // Exceptions. Hash, equality, the copying of a key and the destruction of an element may throw,
 // unless they are declared noexcept. The table then stays valid, nothing is leaked, and the
@@ -55,11 +53,14 @@
 #include "keys/bucket_walk.h"
 #include "keys/buckets.h"
 #include "keys/entry.h"
+#include "keys/entry_nodes.h"
 #include "keys/finish.h"
 #include "keys/growth_order.h"
 #include "keys/hints.h"
 #include "keys/in_use.h"
 #include "keys/node_memory.h"
+#include "keys/node_removal.h"
+#include "keys/plain_chain.h"
 #include "keys/steps_ahead.h"
 
 /// `Hash(key)` gives 32 unsigned bits, `Equal(stored, key)` a boolean; both are stateless. Where an
@@ -67,7 +68,7 @@
 /// Hash and Equal take it too. `Value` is NoValue for a set. Costs are averages for keys that hash
 /// well; n is `size()`.
 template <class Key, class Value, class Hash, class Equal>
-class HashedStorage : public Usable {
+class HashedStorage : public Usable, private NodeRemoval<HashedStorage<Key, Value, Hash, Equal>> {
  public:
   using Element = Entry<ChainLink, Key, Value>;
 
@@ -158,9 +159,8 @@ class HashedStorage : public Usable {
   Value value_or(const Key& key, const Value& otherwise) requires integers_to_integers {
     // In place of a node that is not there zeros are read, which are taken for an element here.
     if (size_ < near_elements && key != 0) [[likely]]
-      return value_near_or(key, otherwise);
-    const Position position = find(key);
-    return position.is_end() ? otherwise : position.entry().value;
+      return Chain::value_near_or(buckets_[buckets_.of(Hash{}(key))], key, otherwise);
+    return value_far_or(key, otherwise);
   }
 
   /// 1 when the key is there, else 0. O(1).
@@ -201,11 +201,11 @@ class HashedStorage : public Usable {
       while (*link != no_node && !Equal{}(element(*link).key, key)) link = &element(*link).next;
       return *link == no_node ? 0 : remove(*link);
     } else {
-      Unlinked unlinked(*this);
+      RemovedNodes removed(*this);
       for (int attempts = 0; attempts < search_attempts; ++attempts) {
-        if (take_equal(buckets_[buckets_.of(hash)], key, unlinked)) break;
+        if (take_equal(buckets_[buckets_.of(hash)], key, removed)) break;
       }
-      return unlinked.destroy();
+      return removed.destroy();
     }
   }
 
@@ -227,14 +227,14 @@ class HashedStorage : public Usable {
     if (first_bucket > last_bucket) return;
     NodeLink* link = link_to(first.node, first_bucket);
     if (link == nullptr) return;
-    Unlinked unlinked(*this);
-    unlinked.take_chain(*link, last.node);
+    RemovedNodes removed(*this);
+    take_chain(*link, last.node, removed);
     for (std::uint32_t bucket = first_bucket + 1; bucket < last_bucket; ++bucket) {
-      unlinked.take_chain(buckets_[bucket], nullptr);
+      take_chain(buckets_[bucket], nullptr, removed);
     }
     if (first_bucket != last_bucket && !last.is_end())
-      unlinked.take_chain(buckets_[last_bucket], last.node);
-    unlinked.destroy();
+      take_chain(buckets_[last_bucket], last.node, removed);
+    removed.destroy();
   }
 
   /// Removes every element and gives their memory back; the bucket count stays. O(buckets + n).
@@ -277,63 +277,19 @@ class HashedStorage : public Usable {
   friend struct HashedStorageInspector;  // the invariant checker of the tests
   friend class InUse<HashedStorage>;
 
+  friend class NodeRemoval<HashedStorage>;
+  using Removal = NodeRemoval<HashedStorage>;
+  using Removal::destroy_or_put_off;
+  using Removal::finish_work;
+  using Removal::has_put_off;
+  using typename Removal::RemovedNodes;
+
   using Walk = ElementWalk<Element>;
+  using Chain = PlainChain<Element, Equal>;
 
   static constexpr std::uint32_t cached_elements = 4096;  // fewer need no prefetch
   // Of fewer, a search does better to load two nodes than to guess which one it needs.
   static constexpr std::uint32_t near_elements = 131072;
-
-  // Nodes that were taken out of the table and are still to be destroyed, in the order in which
-  // they were taken. Within another operation, that is left to the end of it.
-  class Unlinked {
-   public:
-    explicit Unlinked(HashedStorage& table) : table_(table) {}
-    Unlinked(const Unlinked&) = delete;
-    Unlinked& operator=(const Unlinked&) = delete;
-    ~Unlinked() noexcept(plain_elements) {
-      if constexpr (!plain_elements) {
-        if (first_ != no_node) release_in_destructor([this] { destroy(); });
-      }
-    }
-
-    // Takes the node that `link` leads to; `link` then leads to the next one.
-    void take(NodeLink& link) {
-      const NodeLink node = link;
-      NodeLink& next = table_.element(node).next;
-      link = std::exchange(next, no_node);
-      (first_ == no_node ? first_ : table_.element(last_).next) = node;
-      last_ = node;
-      ++count_;
-      --table_.size_;
-      table_.note_change();
-    }
-
-    // Takes the nodes from `link` on, up to but not including the element `end`.
-    void take_chain(NodeLink& link, const Element* end) {
-      while (link != no_node && &table_.element(link) != end) take(link);
-    }
-
-    // How many nodes there were.
-    std::uint32_t destroy() {
-      if (first_ == no_node) return 0;
-      if constexpr (plain_elements) {
-        table_.destroy_chain(first_);
-      } else if (table_.is_used_by_several()) {
-        table_.put_off(std::exchange(first_, no_node), last_);
-      } else if (first_ == last_) {
-        table_.destroy(std::exchange(first_, no_node));
-      } else {
-        finish_despite_exceptions([this] { table_.destroy_chain(first_); });
-      }
-      return count_;
-    }
-
-   private:
-    HashedStorage& table_;
-    NodeLink first_ = no_node;
-    NodeLink last_ = no_node;
-    std::uint32_t count_ = 0;
-  };
 
   void note_change() noexcept {
     count_change();
@@ -347,31 +303,13 @@ class HashedStorage : public Usable {
     return static_cast<const Element*>(readable_node_at(link));
   }
 
+  NodeLink& next_in_chain(NodeLink link) const { return element(link).next; }
+
   template <class Probe>
   NodeLink create(const Probe& key) {
-    const NodeLink link = memory_.allocate();
-    if constexpr (std::is_nothrow_copy_constructible_v<Key>) {
-      std::construct_at(static_cast<Element*>(node_at(link)), key);
-    } else {
-      try {
-        std::construct_at(static_cast<Element*>(node_at(link)), key);
-      } catch (...) {
-        memory_.deallocate(link);
-        throw;
-      }
-    }
-    return link;
+    return create_entry<Element>(memory_, key);
   }
-
-  // Takes the memory back also when the element's destructor throws.
-  void destroy(NodeLink link) {
-    struct GiveBack {
-      NodeMemory& memory;
-      NodeLink link;
-      ~GiveBack() { memory.deallocate(link); }
-    } const give_back{memory_, link};
-    element(link).~Element();
-  }
+  void destroy(NodeLink link) { destroy_entry<Element>(memory_, link); }
 
   // Removes the node that `link` leads to; how many that are: 1.
   std::uint32_t remove(NodeLink& link) {
@@ -379,18 +317,22 @@ class HashedStorage : public Usable {
     link = element(node).next;
     --size_;
     note_change();
-    if (plain_elements || !is_used_by_several()) {
-      destroy(node);
-    } else {
-      put_off(node, node);
-    }
+    destroy_or_put_off(node);
     return 1;
   }
 
-  // Leaves a chain of nodes to the end of the outermost operation.
-  void put_off(NodeLink first, NodeLink last) {
-    element(last).next = std::exchange(put_off_, first);
-    put_off_work();
+  // Takes out the node that `link` leads to; `link` then leads to the next one.
+  void take(NodeLink& link, RemovedNodes& removed) {
+    const NodeLink node = link;
+    link = element(node).next;
+    removed.add(node);
+    --size_;
+    note_change();
+  }
+
+  // Takes out the nodes from `link` on, up to but not including the element `end`.
+  void take_chain(NodeLink& link, const Element* end, RemovedNodes& removed) {
+    while (link != no_node && &element(link) != end) take(link, removed);
   }
 
   // Destroys every element of a table that goes on with so many buckets, if there is memory for
@@ -403,7 +345,7 @@ class HashedStorage : public Usable {
 
   // Unless nodes are in use, or are looked at by an operation around this one.
   void release_memory() {
-    if (size_ == 0 && put_off_ == no_node && !is_used_by_several()) memory_.release_all();
+    if (size_ == 0 && !has_put_off() && !is_used_by_several()) memory_.release_all();
   }
 
   // Takes the elements out with the array of buckets itself: a walk goes through that faster than
@@ -422,11 +364,11 @@ class HashedStorage : public Usable {
 
   // Unlinks every element before any is destroyed, now or at the end of the outermost operation.
   [[gnu::cold]] void unlink_all() {
-    Unlinked unlinked(*this);
+    RemovedNodes removed(*this);
     for (std::uint32_t bucket = 0; bucket < buckets_.count(); ++bucket) {
-      unlinked.take_chain(buckets_[bucket], nullptr);
+      take_chain(buckets_[bucket], nullptr, removed);
     }
-    unlinked.destroy();
+    removed.destroy();
   }
 
   // Whatever the walk comes to, from those on that are left of what it gathered.
@@ -440,19 +382,6 @@ class HashedStorage : public Usable {
       left = left.subspan(1);
       destroy(link);
     }
-  }
-
-  [[gnu::noinline]] void destroy_chain(NodeLink& first) {
-    while (first != no_node) {
-      const NodeLink node = first;
-      first = element(node).next;
-      prefetch_content(*readable_element(first));
-      destroy(node);
-    }
-  }
-
-  [[gnu::cold]] void finish_work() {
-    finish_despite_exceptions([this] { destroy_chain(put_off_); });
   }
 
   Element& link(NodeLink& head, NodeLink node) {
@@ -512,61 +441,20 @@ class HashedStorage : public Usable {
   }
 
   template <class Probe>
-  NodeLink find_link(std::uint32_t hash, const Probe& key) {
+  ZRB_ALWAYS_INLINE NodeLink find_link(std::uint32_t hash, const Probe& key) {
     if constexpr (plain_keys) {
-      // Most chains have no more than two nodes. Where one ends before, zeros are read and
-      // compared instead, which is no element either; a test for the end would be guessed wrong.
       const NodeLink first = buckets_[buckets_.of(hash)];
-      if (size_ < near_elements) return find_link_near(first, key);
-      const auto* const one = readable_element(first);
-      if (Equal{}(one->key, key)) return first;
-      const NodeLink second = one->next;
-      const auto* const two = readable_element(second);
-      if (Equal{}(two->key, key)) return second;
-      return find_link_behind(*two, key);
+      return size_ < near_elements ? Chain::find_near(first, key) : Chain::find(first, key);
     } else {
       return find_link_asking(hash, key);
     }
   }
 
-  // In the chain that begins with `first`. Which of the two nodes it is, if any, is guessed wrong
-  // at every fourth hit. To choose without a branch needs both of them, which far away would take
-  // longer.
-  template <class Probe>
-  ZRB_ALWAYS_INLINE NodeLink find_link_near(NodeLink first, const Probe& key) const {
-    const Element& one = *readable_element(first);
-    const NodeLink second = one.next;
-    const Element& two = *readable_element(second);
-    NodeLink link = choose(Equal{}(two.key, key), second, no_node);
-    link = choose(Equal{}(one.key, key), first, link);
-    return link != no_node ? link : find_link_behind(two, key);
+  // Not inline, so that a search that is near needs no stack.
+  [[gnu::noinline]] Value value_far_or(Key key, Value otherwise) {
+    const NodeLink found = find_link(Hash{}(key), key);
+    return found == no_node ? otherwise : element(found).value;
   }
-
-  template <class Probe>
-  ZRB_ALWAYS_INLINE NodeLink find_link_behind(const Element& before, const Probe& key) const {
-    NodeLink link = before.next;
-    while (link != no_node && !Equal{}(element(link).key, key)) link = element(link).next;
-    return link;
-  }
-
-  // What `find_link_near` does, but for keys and values that are chosen together, in one register:
-  // so a search whose key is what another one has found waits for one load less.
-  Value value_near_or(const Key& key, const Value& otherwise) requires integers_to_integers {
-    const Element& one = *readable_element(buckets_[buckets_.of(Hash{}(key))]);
-    const Element& two = *readable_element(one.next);
-    const std::uint64_t first = key_and_value(one);
-    const std::uint64_t found = choose(key_in(first) == key, first, key_and_value(two));
-    if (key_in(found) == key) [[likely]]
-      return static_cast<Value>(found >> 32);
-    const NodeLink link = find_link_behind(two, key);
-    return link == no_node ? otherwise : element(link).value;
-  }
-
-  static std::uint64_t key_and_value(const Element& element) {
-    return opaque(std::uint64_t{static_cast<std::uint32_t>(element.value)} << 32 |
-                  static_cast<std::uint32_t>(element.key));
-  }
-  static Key key_in(std::uint64_t key_and_value) { return static_cast<Key>(key_and_value); }
 
   // `find_link` for keys that ask the host when they are compared. Not inline: the call is nothing
   // beside those of the host.
@@ -589,7 +477,7 @@ class HashedStorage : public Usable {
 
   // Takes every equal node out of a chain, the head last; false when the table changed meanwhile.
   template <class Probe>
-  bool take_equal(NodeLink& head, const Probe& key, Unlinked& unlinked) {
+  bool take_equal(NodeLink& head, const Probe& key, RemovedNodes& removed) {
     if (head == no_node) return true;
     const auto is_equal = [&](NodeLink link) { return Equal{}(element(link).key, key); };
     for (NodeLink* link = &element(head).next; *link != no_node;) {
@@ -597,7 +485,7 @@ class HashedStorage : public Usable {
       const bool equal = is_equal(*link);
       if (changes() != changes_before) return false;
       if (equal) {
-        unlinked.take(*link);
+        take(*link, removed);
       } else {
         link = &element(*link).next;
       }
@@ -605,7 +493,7 @@ class HashedStorage : public Usable {
     const std::uint32_t changes_before = changes();
     const bool equal = is_equal(head);
     if (changes() != changes_before) return false;
-    if (equal) unlinked.take(head);
+    if (equal) take(head, removed);
     return true;
   }
 
@@ -655,9 +543,9 @@ class HashedStorage : public Usable {
       }
     } catch (...) {
       if (changes() != changes_before) throw;
-      Unlinked unlinked(*this);
+      RemovedNodes removed(*this);
       for (std::uint32_t bucket = 0; hashed > 0; ++bucket) {
-        for (; hashed > 0 && buckets_[bucket] != no_node; --hashed) unlinked.take(buckets_[bucket]);
+        for (; hashed > 0 && buckets_[bucket] != no_node; --hashed) take(buckets_[bucket], removed);
       }
       throw;
     }
@@ -687,7 +575,6 @@ class HashedStorage : public Usable {
   Buckets buckets_;
   StepsAhead ahead_;
   std::uint32_t size_ = 0;
-  NodeLink put_off_ = no_node;  // taken out, to be destroyed when the outermost operation ends
 };
 
 #endif

@@ -5,12 +5,12 @@
 // tree stays sound and nothing is lost. Nodes never move.
 //
 // Speed. A node of a map from integers to integers has 20 bytes (red_black_tree.h), so that more of
-// a large tree is in the cache. A search turns without branches on the way down: a wrongly guessed
-// turn at every second node costs more than loading both children. An ascending key is compared
-// with the largest one first and then needs no way down at all. A step goes down, or follows a
-// thread, and never goes up (red_black_tree.h). A copy of plain elements takes over the tree's
-// shape, without a comparison, level by level. A walk through a large tree asks for some hundred
-// nodes at once (red_black_tree.cpp), and so does the destruction of elements that hold something.
+// a large tree is in the cache. A search turns without branches on the way down (plain_descent.h).
+// An ascending key is compared with the largest one first and then needs no way down at all. A step
+// goes down, or follows a thread, and never goes up (red_black_tree.h). A copy of plain elements
+// takes over the tree's shape, without a comparison, level by level. A walk through a large tree
+// asks for some hundred nodes at once (red_black_tree.cpp), and so does the destruction of elements
+// that hold something.
 //
 // Where a comparison asks the host, none is made whose outcome is known (comparisons.h): in a
 // search that has found its key, in a run of ascending keys, in a copy. The locks that it would
@@ -29,23 +29,23 @@
 
 #include <cstdint>
 #include <limits>
-#include <memory>
 #include <type_traits>
-#include <utility>
 
-#include "host/locked_handle.h"
 #include "keys/comparisons.h"
 #include "keys/entry.h"
+#include "keys/entry_nodes.h"
 #include "keys/finish.h"
 #include "keys/hints.h"
 #include "keys/in_use.h"
+#include "keys/node_removal.h"
+#include "keys/plain_descent.h"
 #include "keys/red_black_tree.h"
 
 /// `Less(a, b)` is stateless. Where an operation takes a `Probe`, that is a Key or derived from one
 /// (a key prepared for a search), and Less takes it on either side. `Value` is NoValue for a set. n
 /// is `size()`.
 template <class Key, class Value, class Less>
-class OrderedStorage : public Usable {
+class OrderedStorage : public Usable, private NodeRemoval<OrderedStorage<Key, Value, Less>> {
  public:
   using Element = Entry<TreeLinks, Key, Value>;
 
@@ -163,7 +163,7 @@ class OrderedStorage : public Usable {
   template <class Probe>
   InsertResult insert_unique(const Probe& key) {
     for (int attempts = 1;; ++attempts) {
-      Place place = place_of(key);
+      TreePlace place = place_of(key);
       if (place.present != no_node) return {element(place.present), false};
       const std::uint32_t changes_before = changes();
       const NodeLink node = create(key);
@@ -225,7 +225,7 @@ class OrderedStorage : public Usable {
         destroy_all(rest);
       }
     }
-    if (size_ == 0 && put_off_ == no_node && !is_used_by_several()) tree_.memory().release_all();
+    if (size_ == 0 && !has_put_off() && !is_used_by_several()) tree_.memory().release_all();
   }
 
   /// Takes on the elements of another tree, which must be plain, into this empty one. O(n).
@@ -235,8 +235,8 @@ class OrderedStorage : public Usable {
     count_change();
   }
 
-  /// Fills an empty tree with keys that ask the host, in ascending order. None of them is compared,
-  /// but they are left the locks that the comparisons would leave on the way to their places.
+  /// Fills an empty tree with keys in ascending order. None of them is compared, but they are left
+  /// the locks that the comparisons would leave on the way to their places.
   class Appender {
    public:
     explicit Appender(OrderedStorage& storage)
@@ -268,6 +268,14 @@ class OrderedStorage : public Usable {
  private:
   friend class OrderedStorageInspector;  // the invariant checker of the tests
   friend class InUse<OrderedStorage>;
+  friend class NodeRemoval<OrderedStorage>;
+  using Removal = NodeRemoval<OrderedStorage>;
+  using Removal::destroy_or_put_off;
+  using Removal::finish_work;
+  using Removal::has_put_off;
+  using typename Removal::RemovedNodes;
+
+  using Descent = PlainDescent<Element, Less>;
 
   template <class Probe>
   using Comparing = Comparisons<Less, Key, Probe>;
@@ -279,13 +287,6 @@ class OrderedStorage : public Usable {
   struct Range {
     NodeLink first;
     NodeLink last;
-  };
-
-  // Where a key is, or else where it belongs.
-  struct Place {
-    NodeLink present;
-    NodeLink parent;
-    TreeSide side;
   };
 
   NodeLink nil() const { return tree_.nil(); }
@@ -337,11 +338,6 @@ class OrderedStorage : public Usable {
     return otherwise;
   }
 
-  // Which of the children it is to be; both were loaded, else compilers make a branch of it.
-  ZRB_ALWAYS_INLINE static NodeLink turn(bool to_the_left, NodeLink left, NodeLink right) {
-    return choose(to_the_left, opaque(left), opaque(right));
-  }
-
   // While the host compares the key of a node: asks for what the next comparison touches, and for
   // the nodes after that.
   ZRB_ALWAYS_INLINE void prefetch_below(const TreeLinks& node) const {
@@ -356,56 +352,19 @@ class OrderedStorage : public Usable {
     }
   }
 
-  // What a search for a plain key loads of each node.
-  struct MembersOnTheWay {
-    struct KeyOf {
-      const Key& operator()(const Element& node) const { return node.key; }
-    };
-    template <TreeSide side>
-    struct ChildOf {
-      const NodeLink& operator()(const Element& node) const { return node.child[side]; }
-    };
-
-    MemberOfNodes<Element, KeyOf> keys;
-    MemberOfNodes<Element, ChildOf<left_side>> lefts;
-    MemberOfNodes<Element, ChildOf<right_side>> rights;
-  };
-
-  // Ends at an equal key, and turns without a branch, which would be guessed wrong every other
-  // time. Its loop must not lie across two lines of the code: the processor then does not look
-  // ahead to the next search, of which a large tree takes twice as long.
-  ZRB_CODE_LINE NodeLink find_plain(Key key) const noexcept {
-    const MembersOnTheWay at;
-    for (NodeLink node = tree_.root(); is_child(node);) {
-      const Key stored = at.keys[node];
-      if (key == stored) return node;
-      node = turn(Less{}(key, stored), at.lefts[node], at.rights[node]);
-    }
-    return nil();
-  }
-
-  Place search_place_plain(const Key& key) const {
-    const MembersOnTheWay at;
-    NodeLink parent = nil();
-    for (NodeLink node = tree_.root(); is_child(node);) {
-      const Key stored = at.keys[node];
-      if (key == stored) return {node, nil(), left_side};
-      parent = node;
-      node = turn(Less{}(key, stored), at.lefts[node], at.rights[node]);
-    }
-    if (parent == nil()) return root_place();
-    return {no_node, parent, Less{}(key, key_at(parent)) ? left_side : right_side};
+  NodeLink find_plain(const Key& key) const noexcept {
+    return Descent::find(tree_.root(), nil(), key);
   }
 
   template <class Probe>
-  Place place_of(const Probe& key) {
+  TreePlace place_of(const Probe& key) {
     if constexpr (plain_keys) {
       if (size_ != 0 && Less{}(key_at(tree_.largest()), key)) return behind_the_largest();
-      return search_place_plain(key);
+      return Descent::find_place(tree_.root(), nil(), key);
     } else {
       for (int attempts = 0; attempts < search_attempts; ++attempts) {
         const std::uint32_t changes_before = changes();
-        const Place place = search_place(key);
+        const TreePlace place = search_place(key);
         if (changes() == changes_before) return place;
       }
       return behind_the_largest();
@@ -414,9 +373,9 @@ class OrderedStorage : public Usable {
 
   // Where a key goes that is larger than all others, or that has no other place: the host changes
   // the tree whenever it is asked.
-  Place behind_the_largest() const { return {no_node, tree_.largest(), right_side}; }
+  TreePlace behind_the_largest() const { return {no_node, tree_.largest(), right_side}; }
 
-  void link(NodeLink node, const Place& place) {
+  void link(NodeLink node, const TreePlace& place) {
     tree_.insert(node, place.parent, place.side);
     ++size_;
     count_change();
@@ -424,22 +383,24 @@ class OrderedStorage : public Usable {
   }
 
   // Where the first key of all goes.
-  Place root_place() const { return {no_node, nil(), left_side}; }
+  TreePlace root_place() const { return {no_node, nil(), left_side}; }
 
   // Leaves the locks of the comparisons that would bring a key that is larger than all others to
-  // its place. Ends early when the tree changes.
+  // its place, if they leave any. Ends early when the tree changes.
   template <class Operand>
   void leave_locks_to_largest(const Operand& key) {
-    const std::uint32_t changes_before = changes();
-    for (NodeLink node = tree_.root(); is_child(node); node = tree_.at(node).right()) {
-      Less::leave_locks(key_at(node), key);
-      if (changes() != changes_before) return;
+    if constexpr (requires { Less::leave_locks(key_at(tree_.largest()), key); }) {
+      const std::uint32_t changes_before = changes();
+      for (NodeLink node = tree_.root(); is_child(node); node = tree_.at(node).right()) {
+        Less::leave_locks(key_at(node), key);
+        if (changes() != changes_before) return;
+      }
+      if (!empty()) Less::leave_locks(key_at(tree_.largest()), key);
     }
-    if (!empty()) Less::leave_locks(key_at(tree_.largest()), key);
   }
 
   template <class Probe>
-  Place search_place(const Probe& key) {
+  TreePlace search_place(const Probe& key) {
     const std::uint32_t changes_before = changes();
     Comparing<Probe> comparing(key);
     if constexpr (Comparing<Probe>::answers_both) {
@@ -448,7 +409,7 @@ class OrderedStorage : public Usable {
         return behind_the_largest();
       }
     }
-    Place place = root_place();
+    TreePlace place = root_place();
     for (NodeLink node = tree_.root(); is_child(node);) {
       const Element& at_node = element(node);
       prefetch_below(at_node);
@@ -492,61 +453,33 @@ class OrderedStorage : public Usable {
 
   template <class Probe>
   NodeLink create(const Probe& key) {
-    NodeMemory& memory = tree_.memory();
-    const NodeLink node = memory.allocate();
-    try {
-      std::construct_at(static_cast<Element*>(node_at(node)), key);
-    } catch (...) {
-      memory.deallocate(node);
-      throw;
-    }
-    return node;
+    return create_entry<Element>(tree_.memory(), key);
   }
-
-  // Takes the memory back also when the element's destructor throws.
-  void destroy(NodeLink node) {
-    struct GiveBack {
-      NodeMemory& memory;
-      NodeLink node;
-      ~GiveBack() { memory.deallocate(node); }
-    } const give_back{tree_.memory(), node};
-    element(node).~Element();
-  }
+  void destroy(NodeLink node) { destroy_entry<Element>(tree_.memory(), node); }
 
   // Unlinks all nodes before it destroys any. Within another operation, that is left to the end of
   // it.
   std::uint32_t remove_range(NodeLink first, NodeLink last) {
-    NodeLink unlinked = no_node;  // a chain
-    NodeLink* end = &unlinked;
-    std::uint32_t removed = 0;
+    RemovedNodes removed(*this);
     while (first != last && first != nil()) {
       const NodeLink next = link_after(first);
-      tree_.remove(first);
-      *end = first;
-      end = &next_in_chain(first);
+      unlink(first);
+      removed.add(first);
       first = next;
-      ++removed;
     }
-    if (removed == 0) return 0;
-    *end = no_node;
-    size_ -= removed;
-    count_change();
-    destroy_or_put_off(unlinked, *end);
-    return removed;
+    return removed.destroy();
   }
 
   std::uint32_t remove_one(NodeLink node) {
+    unlink(node);
+    destroy_or_put_off(node);
+    return 1;
+  }
+
+  void unlink(NodeLink node) {
     tree_.remove(node);
     --size_;
     count_change();
-    if constexpr (plain_elements) {
-      destroy(node);
-    } else {
-      NodeLink& end = next_in_chain(node);
-      end = no_node;
-      destroy_or_put_off(node, end);
-    }
-    return 1;
   }
 
   // All nodes of a tree that was forgotten.
@@ -559,48 +492,14 @@ class OrderedStorage : public Usable {
   // All nodes of a tree that was forgotten, at least one, to be destroyed before those put off
   // already.
   [[gnu::cold]] void put_off_all(NodeLink root) {
-    NodeLink leaves = no_node;  // a chain
-    NodeLink* end = &leaves;
-    while (is_child(root)) {
-      *end = tree_.take_leaf(root);
-      end = &next_in_chain(*end);
-    }
-    destroy_or_put_off(leaves, *end);
-  }
-
-  // A chain of nodes, with the end of it. Not inline: every way to remove comes here.
-  [[gnu::noinline]] void destroy_or_put_off(NodeLink first, NodeLink& end) {
-    if constexpr (plain_elements) {
-      destroy_chain(first);
-    } else if (is_used_by_several()) {
-      end = std::exchange(put_off_, first);
-      put_off_work();
-    } else if (next_in_chain(first) == no_node) {
-      destroy(first);
-    } else {
-      finish_despite_exceptions([&] { destroy_chain(first); });
-    }
-  }
-
-  [[gnu::noinline]] void destroy_chain(NodeLink& first) {
-    while (first != no_node) {
-      const NodeLink node = first;
-      first = next_in_chain(node);
-      if constexpr (!plain_elements) {
-        if (first != no_node) prefetch_content(element(first));
-      }
-      destroy(node);
-    }
-  }
-
-  [[gnu::cold]] void finish_work() {
-    finish_despite_exceptions([this] { destroy_chain(put_off_); });
+    RemovedNodes leaves(*this);
+    while (is_child(root)) leaves.add(tree_.take_leaf(root));
+    leaves.destroy();
   }
 
   RedBlackTree tree_{sizeof(Element), plain_elements ? nullptr : &prefetch_content_of};
   std::uint32_t size_ = 0;
   bool grows_upwards_ = false;  // whether the newest element is the largest one
-  NodeLink put_off_ = no_node;  // taken out, to be destroyed when the outermost operation ends
 };
 
 #endif

@@ -72,6 +72,13 @@ inline NodeLink thread_to(NodeLink successor) {
   return successor | TreeLinks::no_child_bit;
 }
 
+/// Where an element is, or else where it belongs.
+struct TreePlace {
+  NodeLink present;  // `no_node` when it is not there
+  NodeLink parent;
+  TreeSide side;
+};
+
 /// The tree and the memory of its nodes, each of which begins with its links.
 class RedBlackTree {
  public:

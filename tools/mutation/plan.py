@@ -14,13 +14,14 @@ _REGIONS = [
     ("hash", r"keys/(remainder|buckets|integer_key|string_key|variant_key|hashed_storage)\.",
      r"[Hh]ash(?!edStorage)|Remainder|Buckets::of"),
     ("comparison", r"keys/(integer_key|string_key|variant_key|compare_bytes|comparison_locks|"
-     r"comparisons|ordered_storage)\.",
+     r"comparisons|ordered_storage|plain_chain|plain_descent)\.",
      r"[Cc]ompar|Equal|LT|Less|leave|equal_range|place_of|search_place|bound_below|find_plain|"
-     r"append"),
+     r"Plain(Chain|Descent)::|append"),
     ("growth", r"keys/(hashed_storage|buckets|bucket_walk|node_memory|bucket_sizes|growth_order)\.",
      r"gather|grow|make_room|move_all|bucket_size|Buckets::Buckets|allocate_heads|add_block|"
      r"next_block|enlarge|copy_from|GrowthOrder|place_by|untouched|allocate_(until|all)|Sequence"),
-    ("erase", r"keys/(hashed_storage|ordered_storage|buckets|node_memory|finish|in_use)\.",
+    ("erase", r"keys/(hashed_storage|ordered_storage|buckets|entry_nodes|node_memory|node_removal|"
+     r"finish|in_use)\.",
      r"erase|remove|take|destroy|[Uu]nlink|clear|finish|link_to|deallocate|release|put_off|"
      r"exchange|end_last_use"),
 ]
