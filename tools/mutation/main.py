@@ -17,6 +17,7 @@ import suites as tests
 from results import EQUIVALENT, KILLED, REFUSED, SURVIVED, Result
 from workspace import HERE, WORK, BuildFailure, Workspace, plugin_files, read
 
+EXPLANATIONS = os.path.join(HERE, "equivalent.txt")
 _SWITCHED_FLAGS = "-O1 -w"
 _ALONE_FLAGS = "-O0 -w"
 
@@ -66,8 +67,11 @@ class Progress:
 progress = Progress()
 
 
-def choose_mutants(options, texts):
-    every = [mutant for path, text in texts.items() for mutant in plan.candidates(path, text)]
+def all_mutants(texts):
+    return [mutant for path, text in texts.items() for mutant in plan.candidates(path, text)]
+
+
+def choose_mutants(options, every):
     chosen = plan.choose(every, options.count, options.seed)
     if options.only:
         chosen = [mutant for mutant in chosen if re.search(
@@ -108,7 +112,7 @@ class Run:
         self.texts = texts
         self.mutants = mutants
         self.results = []
-        self._explanations = outcomes.Explanations(os.path.join(HERE, "equivalent.txt"))
+        self._explanations = outcomes.Explanations(EXPLANATIONS)
         if options.goes_on:
             self.results = outcomes.settled(self.last_results())
         self._lock = threading.Lock()
@@ -217,7 +221,11 @@ class Run:
 def main():
     options = read_options()
     texts = {path: read(path) for path in plugin_files()}
-    mutants = choose_mutants(options, texts)
+    every = all_mutants(texts)
+    for file_name, function, before, _ in outcomes.Explanations(EXPLANATIONS).unused(every):
+        print(f"mutate: {os.path.basename(EXPLANATIONS)} explains what there is no more: "
+              f"{file_name} {function}: {before}", file=sys.stderr)
+    mutants = choose_mutants(options, every)
     if options.list:
         for mutant in mutants:
             print(f"{mutant.path}:{mutant.line} {mutant.function} [{mutant.region or '-'}, {mutant.kind}]"
