@@ -41,9 +41,9 @@ void leave_lock(const SoughtHandle<Struct>& key) {
   if (key.note_comparison()) leave_lock(static_cast<const LockedHandle<Struct>&>(key));
 }
 
-/// Takes a lock on either operand of a comparison that nobody ever gives back. Programs have come
-/// to rely on it: an object that was once compared as a key is not freed by the host afterwards, so
-/// its handle stays a stable identity.
+/// Takes a lock on either operand of a comparison that nobody ever gives back: an object that was
+/// once compared as a key is not freed by the host afterwards, so its handle stays a stable
+/// identity, by which variants of different types are ordered.
 template <class A, class B>
 void leave_comparison_locks(const A& a, const B& b) {
   leave_lock(a);
