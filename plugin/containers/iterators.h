@@ -89,15 +89,15 @@ struct ContainerIterators {
     if constexpr (diagnosis::enabled) {
       if (!Checks::may_remove(*storage, *position)) return;
     }
-    if (&position->storage() != storage) return;
     const Position place = *position;
     const InUse use(*storage);
     // Unlocked when the element is gone: host code that runs then could remove it itself.
     const TakenCaches dropped = take_caches<C>(instance);
-    storage->erase(place);
+    if (is_in(*storage, place)) storage->erase(place);
   }
 
-  /// Removes the elements from `first` up to but not including `last`, in iteration order.
+  /// Removes the elements from `first` up to but not including `last`, in iteration order. Nothing
+  /// is removed where either is of another container.
   [[gnu::cold]] static void erase2(REALobject instance, REALobject first, REALobject last) {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr || first == nullptr || last == nullptr) return;
@@ -107,14 +107,18 @@ struct ContainerIterators {
     if constexpr (diagnosis::enabled) {
       if (!Checks::may_remove(*storage, *from, *to)) return;
     }
-    if (&from->storage() != storage || &to->storage() != storage) return;
     const Position range[] = {*from, *to};
     const InUse use(*storage);
     const TakenCaches dropped = take_caches<C>(instance);  // as above
-    storage->erase(range[0], range[1]);
+    if (is_in(*storage, range[0]) && is_in(*storage, range[1])) storage->erase(range[0], range[1]);
   }
 
  private:
+  // The end of a hashed container is that of all of them.
+  static bool is_in(Storage& storage, const Position& position) {
+    return &position.storage() == &storage || position == storage.end();
+  }
+
   template <class Search>
   static REALobject search(REALobject instance, typename C::KeyHost key, Search search_storage) {
     auto* storage = storage_or_raise<C>(instance);

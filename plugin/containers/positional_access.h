@@ -51,8 +51,8 @@ struct PositionalAccess {
   // Makes the caches valid, unless the instance has no storage or the host no array. When the host
   // changes the container meanwhile, the arrays are begun again. The result holds the instance,
   // where host code ran, for as long as the caller looks at it.
-  [[nodiscard, gnu::cold]] static LockedObject BuildArrays(REALobject instance) {
-    LockedObject held_instance(instance);
+  [[nodiscard, gnu::cold]] static LentObject BuildArrays(REALobject instance) {
+    LentObject held_instance(instance);
     auto& data = container_data<C>(instance);
     for (int attempts = 0; attempts < search_attempts; ++attempts) {
       if (data.keysCache != nullptr || data.storage == nullptr || try_to_build_arrays(data)) break;
@@ -61,7 +61,7 @@ struct PositionalAccess {
   }
 
   [[gnu::cold]] static REALarray array(REALobject instance, REALarray ContainerData<C>::*cache) {
-    LockedObject held_instance;
+    LentObject held_instance;
     if (container_data<C>(instance).keysCache == nullptr) held_instance = BuildArrays(instance);
     return LockedArray(container_data<C>(instance).*cache).detach();
   }
@@ -117,7 +117,7 @@ struct PositionalAccess {
   [[gnu::cold]] static typename Kind::Host at_in_new_array(REALobject instance, std::int32_t index,
                                                            REALarray ContainerData<C>::*cache,
                                                            Part Element::*part) {
-    const LockedObject held_instance = BuildArrays(instance);
+    const LentObject held_instance = BuildArrays(instance);
     if (REALarray array = container_data<C>(instance).*cache; array != nullptr)
       return element_of<Kind>(array, index);
     if constexpr (C::is_map) return count_out<Kind>(instance, index, part);
@@ -144,7 +144,7 @@ struct PositionalAccess {
     auto* storage = storage_or_raise<C>(instance);
     if (storage == nullptr) return;
     const InUse use(*storage);
-    const LockedArray held_target(target);
+    const LentArray held_target(target);
     std::int32_t index = 0;
     storage->for_each([&](const Element& entry) {
       const typename Kind::Stored held(entry.*part);

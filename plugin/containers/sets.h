@@ -68,8 +68,8 @@ struct SetOperations : private KeyedAccess<C> {
   template <class Fetch>
   [[gnu::cold]] static void construct(REALobject instance, REALarray keys, Fetch fetch_key) {
     if (keys == nullptr) return raise_values_array_is_nil();
-    const LockedObject held_instance(instance);
-    const LockedArray held_keys(keys);
+    const LentObject held_instance(instance);
+    const LentArray held_keys(keys);
     install_fresh_storage<C>(instance);
     const std::int32_t upper_bound = REALGetArrayUBound(keys);
     for (std::int64_t index = 0; index <= upper_bound; ++index) {  // which may be the largest index

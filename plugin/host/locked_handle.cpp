@@ -20,6 +20,9 @@ void lock_handle(REALstring handle) {
 void lock_handle(REALarray handle) {
   REALLockObject(as_object(handle));
 }
+bool host_counts_object_locks() {
+  return REALLockObject.is_available() && REALUnlockObject.is_available();
+}
 void unlock_in_destructor(REALobject handle) {
   release_in_destructor([=] { REALUnlockObject(handle); });
 }

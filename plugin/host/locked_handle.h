@@ -15,6 +15,9 @@ void lock_handle(REALobject handle);
 void lock_handle(REALstring handle);
 void lock_handle(REALarray handle);
 
+/// Whether objects and arrays can be locked as well as unlocked.
+bool host_counts_object_locks();
+
 /// Unlocks from within a destructor; see `release_in_destructor`. Not inline, as destructors are
 /// everywhere.
 void unlock_in_destructor(REALobject handle);
@@ -72,8 +75,21 @@ class LockedHandle {
   Handle handle_ = nullptr;
 };
 
+/// Holds what a caller lends, while host code runs that could let go of it: an instance, an
+/// argument. Holds nothing on a host that has only one of the two services: the caller's own lock
+/// would be given back instead.
+template <class Struct>
+class LentHandle : LockedHandle<Struct> {
+ public:
+  LentHandle() = default;
+  explicit LentHandle(Struct* handle)
+      : LockedHandle<Struct>(host_counts_object_locks() ? handle : nullptr) {}
+};
+
 using LockedObject = LockedHandle<REALobjectStruct>;
 using LockedString = LockedHandle<REALstringStruct>;
 using LockedArray = LockedHandle<REALarrayStruct>;
+using LentObject = LentHandle<REALobjectStruct>;
+using LentArray = LentHandle<REALarrayStruct>;
 
 #endif

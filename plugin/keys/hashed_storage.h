@@ -281,7 +281,6 @@ class HashedStorage : public Usable, private NodeRemoval<HashedStorage<Key, Valu
   using Removal = NodeRemoval<HashedStorage>;
   using Removal::destroy_or_put_off;
   using Removal::finish_work;
-  using Removal::has_put_off;
   using typename Removal::RemovedNodes;
 
   using Walk = ElementWalk<Element>;
@@ -297,11 +296,6 @@ class HashedStorage : public Usable, private NodeRemoval<HashedStorage<Key, Valu
   }
 
   Element& element(NodeLink link) const { return *static_cast<Element*>(node_at(link)); }
-
-  // For `no_node`, one of zeros.
-  static const Element* readable_element(NodeLink link) {
-    return static_cast<const Element*>(readable_node_at(link));
-  }
 
   NodeLink& next_in_chain(NodeLink link) const { return element(link).next; }
 
@@ -345,7 +339,7 @@ class HashedStorage : public Usable, private NodeRemoval<HashedStorage<Key, Valu
 
   // Unless nodes are in use, or are looked at by an operation around this one.
   void release_memory() {
-    if (size_ == 0 && !has_put_off() && !is_used_by_several()) memory_.release_all();
+    if (size_ == 0 && !is_used_by_several()) memory_.release_all();
   }
 
   // Takes the elements out with the array of buckets itself: a walk goes through that faster than

@@ -66,8 +66,6 @@ class NodeRemoval {
     }
   }
 
-  bool has_put_off() const { return put_off_ != no_node; }
-
   /// What was put off: for the end of the outermost operation.
   [[gnu::cold]] void finish_work() {
     finish_despite_exceptions([this] { destroy_chain(put_off_); });
@@ -103,7 +101,7 @@ class NodeRemoval {
     }
   }
 
-  NodeLink put_off_ = no_node;  // a chain
+  NodeLink put_off_ = no_node;  // a chain, empty where only one operation runs
 };
 
 #endif

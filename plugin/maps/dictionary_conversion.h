@@ -14,8 +14,8 @@ struct DictionaryConversion {
   /// that the map takes for equal the last one's value stays. A nil Dictionary leaves the map
   /// empty.
   [[gnu::cold]] static void theMapConstructorDic(REALobject instance, REALdictionary dictionary) {
-    const LockedObject held_instance(instance);
-    const LockedObject held_dictionary(dictionary);
+    const LentObject held_instance(instance);
+    const LentObject held_dictionary(dictionary);
     replace_storage<C>(instance);
     if (dictionary == nullptr) return;
     auto& storage = *container_data<C>(instance).storage;
@@ -36,7 +36,7 @@ struct DictionaryConversion {
   /// map before it is walked. Programs rely on the map being empty after its conversion.
   [[gnu::cold]] static REALdictionary cloneDictionary(REALobject instance) {
     if (storage_or_raise<C>(instance) == nullptr) return nullptr;
-    const LockedObject held_instance(instance);
+    const LentObject held_instance(instance);
     auto dictionary = LockedObject::adopt(NewDictionary());
     if (dictionary.get() == nullptr) return nullptr;
     install_fresh_storage<C>(instance);

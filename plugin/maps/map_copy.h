@@ -14,8 +14,8 @@ struct MapCopy {
   /// ordered.
   [[gnu::cold]] static void theMapConstructorClone(REALobject instance, REALobject other) {
     if (other == nullptr) return raise_other_map_is_nil();
-    const LockedObject held_instance(instance);
-    const LockedObject held_other(other);
+    const LentObject held_instance(instance);
+    const LentObject held_other(other);
     replace_storage<C>(instance);
     auto* source = storage_or_raise<C>(other);
     auto* target = container_data<C>(instance).storage;

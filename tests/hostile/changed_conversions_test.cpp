@@ -195,6 +195,25 @@ TEST_P(MapChangedAsItIsCopied, a_copy_keeps_what_was_added_while_it_was_made) {
   }
 }
 
+// The source owns its entries alone, so they die with their removal, unless the copy that is at one
+// of them keeps them.
+TEST_P(MapChangedAsItIsCopied, a_copy_reads_nothing_that_its_source_has_given_up) {
+  const bool has_string_keys = container_class().key == support::ElementType::string;
+  const char* const lock = has_string_keys ? "REALLockString" : "REALLockObject";
+  const std::uint64_t first = has_string_keys ? 1 : 3;  // before, both maps are locked
+  for (std::uint64_t n = first; n < first + 8; ++n) {
+    SCOPED_TRACE(n);
+    const Container other = make_with(4);
+    const Container map = make_with(0);
+    host().faults().call_at(lock, n, [&] { other.clear(); });
+    map.call<void>("Constructor(other as {Class})", other.get());
+    host().faults().clear();
+    expect_whole(other, 0);
+    EXPECT_GE(map.count(), 1);
+    expect_whole(map, map.count());
+  }
+}
+
 // What the conversion walks through is the storage that has just been made: there is something in
 // it only when giving up the cached arrays runs code that puts it there.
 TEST_P(MapChangedInsideAConversion, a_dictionary_gets_what_was_added_as_the_cached_arrays_went) {

@@ -27,11 +27,17 @@ class MissingServices : public support::ClassTest {
     return container.contains(b);
   }
 };
+class MissingLockServices : public MissingServices {};
 class MissingTextServices : public MissingServices {};
 class MissingVariantServices : public MissingServices {};
 class MissingSetServices : public MissingServices {};
 class MissingVariantSetServices : public MissingServices {};
 ZRB_FOR_CLASSES(MissingServices, support::all_classes());
+// The others give back locks of their elements that they could not take.
+ZRB_FOR_CLASSES(MissingLockServices, support::classes_where([](const ContainerClass& c) {
+                  return c.key == ElementType::integer &&
+                         c.value.value_or(ElementType::integer) == ElementType::integer;
+                }));
 ZRB_FOR_CLASSES(MissingTextServices, support::classes_where([](const ContainerClass& c) {
                   return c.key != ElementType::integer;
                 }));
@@ -63,6 +69,27 @@ TEST_P(MissingServices, without_settable_encodings_messages_are_the_same_bytes) 
   ASSERT_TRUE(exception);
   EXPECT_EQ(standin::bytes(standin::exception_message(exception.get()).get()),
             container_class().not_initialized_message());
+}
+
+TEST_P(MissingLockServices, what_is_lent_keeps_its_locks_when_it_could_not_be_held) {
+  for (const char* missing : {"REALLockObject", "REALUnlockObject"}) {
+    SCOPED_TRACE(missing);
+    restart_without({missing});
+    const Container container = make_with(3);
+    const Container other = make_with(3);
+    const ArrayRef array = support::host_array(container_class().key, {key(1), key(2)});
+    container.call_for(container_class().key, "Key(index as integer) as {K}", 0);
+    if (container_class().is_map()) {
+      container.call<void>("AddKeys(targetArray() as {K})", array.get());
+      container.call<void>("Constructor(other as {Class})", other.get());
+    } else {
+      container.call<void>("Constructor(Keys() as {K})", array.get());
+    }
+    EXPECT_EQ(standin::lock_count(container.get()), 1U);
+    EXPECT_EQ(standin::lock_count(other.get()), 1U);
+    EXPECT_EQ(standin::lock_count(array.get()), 1U);
+    EXPECT_EQ(raised(), "");
+  }
 }
 
 TEST_P(MissingServices, without_arrays_there_is_nothing_to_return) {

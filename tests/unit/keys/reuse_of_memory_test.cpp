@@ -54,6 +54,22 @@ TYPED_TEST(ReuseOfMemory, the_next_element_is_where_one_was_removed) {
   EXPECT_EQ(this->add(set, 1002), place);
 }
 
+TYPED_TEST(ReuseOfMemory, the_next_elements_are_where_a_range_was_removed) {
+  TypeParam set;
+  for (std::int32_t number = 0; number < 10; ++number) this->add(set, number);
+  const auto first = set.find(this->key(5));
+  auto last = first;
+  std::vector<const void*> places;
+  for (int i = 0; i < 3; ++i) {
+    places.push_back(&last.entry());
+    TypeParam::advance(last);
+  }
+  set.erase(first, last);
+  for (std::int32_t number = 1000; number < 1003; ++number) {
+    EXPECT_EQ(std::erase(places, this->add(set, number)), 1U) << number;
+  }
+}
+
 TYPED_TEST(ReuseOfMemory, other_containers_get_what_was_cleared) {
   if (!nodes_have_a_region) GTEST_SKIP();
   TypeParam set;
