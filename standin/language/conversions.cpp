@@ -444,6 +444,13 @@ Code convert(Code expression, const Type& to, Position position) {
                     described_type(*expression) + " cannot be converted to " + name(to) + hint);
 }
 
+Code convert_index(Code expression, Position position) {
+  if (!expression->type().is_number() && !expression->is(TypeKind::variant)) {
+    expression = convert(std::move(expression), Type::of(TypeKind::integer), position);
+  }
+  return convert(std::move(expression), Type::of(TypeKind::int64), position);
+}
+
 Code cast(Code expression, const Type& to, Position position) {
   const Conversion conversion = best_conversion(*expression, to);
   if (conversion.kind == Kind::from_variant) {

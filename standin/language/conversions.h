@@ -22,6 +22,10 @@ std::uint64_t conversion_cost(const Expression& from, const Type& to);
 // The expression as that type. Throws SourceError: "a String cannot be converted to Integer".
 Code convert(Code expression, const Type& to, Position position);
 
+// An index or a bound of an array as an Int64, so that a number which no Integer holds does not
+// wrap before it is checked.
+Code convert_index(Code expression, Position position);
+
 // `C(x)`: to a class, checked when the program runs; also through Operator_Convert.
 Code cast(Code expression, const Type& to, Position position);
 

@@ -150,7 +150,9 @@ Code ExpressionChecker::element_or_fail(const Symbol& symbol, const Callee& call
   if (callee.arguments->size() != 1) {
     throw SourceError(callee.position, "an element of \"" + symbol.name + "\" needs one index");
   }
-  Code index = expression(*callee.arguments->front(), Type::of(TypeKind::integer));
+  const ExpressionSyntax& written = *callee.arguments->front();
+  Code index = expression(written);
+  if (!index->is(TypeKind::integer)) index = convert_index(std::move(index), written.position);
   return make_array_element(std::move(code), std::move(index));
 }
 

@@ -8,6 +8,7 @@
 #include "language/conversions.h"
 #include "language/operators.h"
 #include "language/variables.h"
+#include "runtime/arrays.h"
 
 namespace standin::language {
 namespace {
@@ -215,13 +216,18 @@ Code StatementChecker::initial_value(const DimSyntax::Group& syntax,
 
 Code StatementChecker::upper_bound(const DimSyntax::Variable& variable) {
   if (!variable.upper_bound) {
-    return std::make_unique<Literal>(Type::of(TypeKind::integer), Value::of_integer(-1));
+    return std::make_unique<Literal>(Type::of(TypeKind::int64), Value::of_int64(least_upper_bound));
   }
   const ExpressionSyntax& syntax = *variable.upper_bound;
   Code bound = check_constant(syntax, &scope_, "the bound of an array in Dim");
-  bound = convert(std::move(bound), Type::of(TypeKind::integer), syntax.position);
-  if (!bound->is_literal() || literal_value(*bound).as_integer() < -1) {
-    throw SourceError(syntax.position, "the bound of an array is -1 or more");
+  const std::string written = describe(literal_value(*bound));
+  bound = convert_index(std::move(bound), syntax.position);
+  const std::int64_t value = literal_value(*bound).as_int64();
+  if (value < least_upper_bound || value > greatest_upper_bound) {
+    throw SourceError(syntax.position, "the bound of an array lies between " +
+                                           std::to_string(least_upper_bound) + " and " +
+                                           std::to_string(greatest_upper_bound) + "; " + written +
+                                           " does not");
   }
   return bound;
 }
@@ -249,7 +255,8 @@ void StatementChecker::redim(const ReDimSyntax& syntax, Position position, Block
     if (!array->is(TypeKind::array)) {
       throw SourceError(part.array->position, "\"" + name + "\" is no array");
     }
-    Code bound = expressions_.expression(*part.upper_bound, Type::of(TypeKind::integer));
+    Code bound =
+        convert_index(expressions_.expression(*part.upper_bound), part.upper_bound->position);
     block.add(make_redim(std::move(array), std::move(bound), position));
   }
 }

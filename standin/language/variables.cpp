@@ -11,41 +11,45 @@
 namespace standin::language {
 namespace {
 
-// The array in a variable, checked together with the index.
-REALarray checked(REALarray array, std::int32_t index) {
-  const std::int32_t last = upper_bound(array);
-  if (index < 0 || index > last) {
-    raise("OutOfBoundsException", "the index " + std::to_string(index) +
-                                      " lies outside the array, whose last index is " +
-                                      std::to_string(last));
-  }
-  return array;
-}
-
 class ArrayElement final : public Expression {
  public:
   ArrayElement(Code array, Code index)
-      : Expression(*array->type().element), array_(std::move(array)), index_(std::move(index)) {}
+      : Expression(*array->type().element),
+        array_(std::move(array)),
+        index_(std::move(index)),
+        is_wide_(index_->is(TypeKind::int64)) {}
   Value value(Frame& frame) const override {
-    const std::int32_t index = index_->integer(frame);
-    return get(checked(array_->place(frame)->as_array(), index), index, type());
+    const Place place = checked_place(frame);
+    return get(place.array, place.index, type());
   }
   std::int32_t integer(Frame& frame) const override {
-    const std::int32_t index = index_->integer(frame);
-    return integer_at(checked(array_->place(frame)->as_array(), index), index);
+    const Place place = checked_place(frame);
+    return integer_at(place.array, place.index);
   }
   // The value comes first, since it may change the array.
   void assign(Frame& frame, const Value& value) const {
-    const std::int32_t index = index_->integer(frame);
-    set(checked(array_->place(frame)->as_array(), index), index, value);
+    const Place place = checked_place(frame);
+    set(place.array, place.index, value);
   }
   void assign_integer(Frame& frame, std::int32_t value) const {
-    const std::int32_t index = index_->integer(frame);
-    integer_at(checked(array_->place(frame)->as_array(), index), index) = value;
+    const Place place = checked_place(frame);
+    integer_at(place.array, place.index) = value;
   }
 
  private:
+  struct Place {
+    REALarray array;
+    std::int32_t index;
+  };
+  Place checked_place(Frame& frame) const {
+    const std::int64_t index = is_wide_ ? index_->int64(frame) : index_->integer(frame);
+    const REALarray array = array_->place(frame)->as_array();
+    if (index < 0 || index > upper_bound(array)) raise_out_of_bounds(array, index);
+    return {array, static_cast<std::int32_t>(index)};
+  }
+
   Code array_, index_;
+  bool is_wide_;
 };
 
 class NewArray final : public Expression {
@@ -53,7 +57,7 @@ class NewArray final : public Expression {
   NewArray(const Type& array, Code upper_bound)
       : Expression(array), upper_bound_(std::move(upper_bound)) {}
   Value value(Frame& frame) const override {
-    return Value::of_array(make_array(*type().element, upper_bound_->integer(frame)));
+    return Value::of_array(make_array(*type().element, upper_bound_->int64(frame)));
   }
 
  private:
@@ -144,7 +148,7 @@ class ReDim final : public Statement {
   ReDim(Code array, Code upper_bound, Position position)
       : Statement(position), array_(std::move(array)), upper_bound_(std::move(upper_bound)) {}
   Flow run(Frame& frame) const override {
-    const std::int32_t bound = upper_bound_->integer(frame);
+    const std::int64_t bound = upper_bound_->int64(frame);
     resize(array_->place(frame)->as_array(), bound);
     return Flow::next;
   }

@@ -42,10 +42,11 @@ class Variable final : public Expression {
   Place place_;
 };
 
-// The array is a variable; an index out of range raises OutOfBoundsException.
+// The array is a variable, the index an Integer or Int64; one out of range raises
+// OutOfBoundsException.
 Code make_array_element(Code array, Code index);
 
-// A new array with an upper bound.
+// A new array with an upper bound, an Int64.
 Code make_new_array(const Type& array, Code upper_bound);
 
 // The value is of the target's type; the target is a variable or an array element.
@@ -56,6 +57,7 @@ std::unique_ptr<Statement> make_declaration(int slot, const Type& type, Code ini
 // The same, once only, for a static one. Its value is not void once that has happened.
 std::unique_ptr<Statement> make_static_declaration(std::size_t index, const Type& type,
                                                    Code initial, Position position);
+// The upper bound is an Int64.
 std::unique_ptr<Statement> make_redim(Code array, Code upper_bound, Position position);
 
 }  // namespace standin::language

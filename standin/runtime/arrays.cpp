@@ -51,9 +51,12 @@ void require(REALarray array) {
 
 void require_index(REALarray array, std::int32_t index) {
   require(array);
-  if (index < 0 || index >= array->count) {
-    raise("OutOfBoundsException", "index " + std::to_string(index) + " of an array from 0 to " +
-                                      std::to_string(array->count - 1));
+  if (index < 0 || index >= array->count) raise_out_of_bounds(array, index);
+}
+
+void require_upper_bound(std::int64_t upper_bound) {
+  if (upper_bound < least_upper_bound || upper_bound > greatest_upper_bound) {
+    raise("OutOfBoundsException", "an array with the upper bound " + std::to_string(upper_bound));
   }
 }
 
@@ -143,14 +146,12 @@ ElementStorage storage_of(const Type& type) {
   throw std::logic_error("an array cannot hold elements of type " + name(type));
 }
 
-ArrayRef make_array(const Type& element, std::int32_t upper_bound) {
+ArrayRef make_array(const Type& element, std::int64_t upper_bound) {
   return make_array(storage_of(element), upper_bound);
 }
 
-ArrayRef make_array(ElementStorage storage, std::int32_t upper_bound) {
-  if (upper_bound < -1 || upper_bound == std::numeric_limits<std::int32_t>::max()) {
-    raise("OutOfBoundsException", "an array with the upper bound " + std::to_string(upper_bound));
-  }
+ArrayRef make_array(ElementStorage storage, std::int64_t upper_bound) {
+  require_upper_bound(upper_bound);
   auto* array = static_cast<REALarray>(blocks::allocate(sizeof(REALarrayStruct)));
   array->block = {magic::array, 1};
   array->storage = storage;
@@ -166,6 +167,13 @@ void release_elements(REALarray array) {
   std::free(array->elements);
   array->elements = nullptr;
   array->count = array->capacity = 0;
+}
+
+void raise_out_of_bounds(REALarray array, std::int64_t index) {
+  const std::string where = array->count == 0
+                                ? "an empty array"
+                                : "an array from 0 to " + std::to_string(array->count - 1);
+  raise("OutOfBoundsException", "index " + std::to_string(index) + " of " + where);
 }
 
 std::int32_t upper_bound(REALarray array) {
@@ -271,12 +279,10 @@ void remove(REALarray array, std::int32_t index) {
   --array->count;
 }
 
-void resize(REALarray array, std::int32_t upper_bound) {
+void resize(REALarray array, std::int64_t upper_bound) {
   require(array);
-  if (upper_bound < -1 || upper_bound == std::numeric_limits<std::int32_t>::max()) {
-    raise("OutOfBoundsException", "an array with the upper bound " + std::to_string(upper_bound));
-  }
-  const std::int32_t count = upper_bound + 1;
+  require_upper_bound(upper_bound);
+  const auto count = static_cast<std::int32_t>(upper_bound + 1);
   if (count > array->count) {
     open_gap(array, array->count, count - array->count);
   } else {

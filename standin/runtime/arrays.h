@@ -8,6 +8,7 @@
 #define ZRB_STANDIN_RUNTIME_ARRAYS_H
 
 #include <cstdint>
+#include <limits>
 
 #include "runtime/handles.h"
 #include "runtime/value.h"
@@ -16,10 +17,14 @@ namespace standin {
 
 ElementStorage storage_of(const Type& element);
 
-// Elements from 0 to the upper bound start as 0, "", Nil; an upper bound of -1 gives an empty
-// array, one below it raises OutOfBoundsException.
-ArrayRef make_array(const Type& element, std::int32_t upper_bound);
-ArrayRef make_array(ElementStorage storage, std::int32_t upper_bound);
+// An upper bound of -1 gives an empty array. The elements are counted by an Integer.
+inline constexpr std::int64_t least_upper_bound = -1;
+inline constexpr std::int64_t greatest_upper_bound = std::numeric_limits<std::int32_t>::max() - 1;
+
+// Elements from 0 to the upper bound start as 0, "", Nil. An upper bound that no array has raises
+// OutOfBoundsException.
+ArrayRef make_array(const Type& element, std::int64_t upper_bound);
+ArrayRef make_array(ElementStorage storage, std::int64_t upper_bound);
 
 std::int32_t upper_bound(REALarray array);
 ElementStorage storage(REALarray array);
@@ -35,8 +40,10 @@ void set(REALarray array, std::int32_t index, const Value& value);
 void insert(REALarray array, std::int32_t index, const Value& value);
 void append(REALarray array, const Value& value);
 void remove(REALarray array, std::int32_t index);
+// For an index that the array, which must not be null, does not have.
+[[noreturn]] void raise_out_of_bounds(REALarray array, std::int64_t index);
 // Keeps what still fits.
-void resize(REALarray array, std::int32_t upper_bound);
+void resize(REALarray array, std::int64_t upper_bound);
 // Exchanges two elements.
 void swap(REALarray array, std::int32_t a, std::int32_t b);
 

@@ -96,7 +96,7 @@ TEST_F(BadProgram, recursion_without_end) {
 
 TEST_F(BadProgram, indices_out_of_bounds) {
   expect_stopped("Dim a(2) As Integer\na(3) = 1\n", 2,
-                 "OutOfBoundsException: the index 3 lies outside the array");
+                 "OutOfBoundsException: index 3 of an array from 0 to 2");
   expect_stopped("Dim a() As String\nPrint a(-2147483648)\n", 2, "OutOfBoundsException");
   expect_stopped("Dim s As New StringHashSetZRB\nPrint s.Key(0)\n", 2, "OutOfBoundsException");
   expect_stopped("Dim a() As Integer\nReDim a(2147483647)\n", 2, "OutOfBoundsException");

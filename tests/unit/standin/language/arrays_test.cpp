@@ -17,9 +17,33 @@ TEST(Arrays, bounds_count_from_zero) {
 
 TEST(Arrays, bounds_are_constants_of_minus_one_or_more) {
   EXPECT_THAT(error_of("Dim n As Integer\nDim a(n) As Integer"), HasSubstr("needs a constant"));
-  EXPECT_THAT(error_of("Dim a(-2) As Integer"), HasSubstr("-1 or more"));
+  EXPECT_THAT(error_of("Dim a(-2) As Integer"), HasSubstr("between -1 and 2147483646; -2 does"));
   EXPECT_THAT(error_of("Dim a(1, 2) As Integer"), HasSubstr("more than one dimension"));
   EXPECT_THAT(error_of("Dim a As Integer()"), HasSubstr("a() As Integer"));
+}
+
+TEST(Arrays, a_bound_that_no_integer_holds_is_refused_by_its_value) {
+  EXPECT_THAT(error_of("Dim a(99999999999) As Integer"), HasSubstr("99999999999 does not"));
+  EXPECT_THAT(error_of("Const n = 4294967301\nDim a(n) As Integer"), HasSubstr("4294967301 does"));
+  EXPECT_THAT(error_of("Dim a(2147483647) As Integer"), HasSubstr("2147483647 does not"));
+  EXPECT_THAT(error_of("Dim a(1e30) As Integer"), HasSubstr("1e+30 does not"));
+  EXPECT_THAT(error_of("Dim a(\"x\") As Integer"), HasSubstr("cannot be converted to Integer"));
+  EXPECT_EQ(exception_of("Dim a() As Integer\nDim n As Int64 = 4294967300\nReDim a(n)"),
+            "OutOfBoundsException: an array with the upper bound 4294967300");
+  EXPECT_THAT(exception_of("Dim a() As Integer\nReDim a(-4294967297)"),
+              HasSubstr("the upper bound -4294967297"));
+  EXPECT_THAT(exception_of("Dim a() As Integer\nDim v As Variant = 4294967300\nReDim a(v)"),
+              HasSubstr("the upper bound 4294967300"));
+}
+
+TEST(Arrays, an_index_that_no_integer_holds_is_out_of_range) {
+  EXPECT_EQ(exception_of("Dim a(9) As Integer\nDim n As Int64 = 4294967300\na(n) = 1"),
+            "OutOfBoundsException: index 4294967300 of an array from 0 to 9");
+  EXPECT_THAT(exception_of("Dim a(9) As String\nPrint a(-4294967295)"),
+              HasSubstr("index -4294967295 of an array"));
+  EXPECT_EQ(output_of("Dim a(9) As Integer\nDim n As Int64 = 4\nDim v As Variant = 4\n"
+                      "a(n) = 5\na(v) = a(4.5) + 1\nPrint Str(a(n))\n"),
+            "6\n");
 }
 
 TEST(Arrays, elements_of_every_type_keep_what_they_are_given) {
@@ -41,8 +65,8 @@ TEST(Arrays, elements_of_every_type_keep_what_they_are_given) {
 TEST(Arrays, an_index_out_of_range_raises) {
   EXPECT_THAT(exception_of("Dim a(2) As Integer\na(3) = 1"), HasSubstr("OutOfBoundsException"));
   EXPECT_THAT(exception_of("Dim a(2) As String\nPrint a(-1)"), HasSubstr("OutOfBoundsException"));
-  EXPECT_THAT(exception_of("Dim a() As Integer\nPrint Str(a(0))"),
-              HasSubstr("OutOfBoundsException"));
+  EXPECT_EQ(exception_of("Dim a() As Integer\nPrint Str(a(0))"),
+            "OutOfBoundsException: index 0 of an empty array");
 }
 
 TEST(Arrays, an_array_variable_is_a_reference) {
