@@ -96,10 +96,10 @@ void Declarations::read_head(const FunctionSyntax& syntax, ProgramRoutine& routi
     routine.defaults.push_back(std::move(default_value));
     routine.candidate.formals.push_back(
         {parameter_type, parameter.by_ref, parameter.default_value != nullptr});
-    routine.has_assigns = routine.has_assigns || parameter.assigns;
+    routine.candidate.assigns = routine.candidate.assigns || parameter.assigns;
   }
   if (syntax.result) routine.function->result = type(*syntax.result);
-  if (routine.has_assigns && syntax.result) {
+  if (routine.candidate.assigns && syntax.result) {
     throw SourceError(syntax.position, "a routine with an Assigns parameter is a Sub");
   }
   require_difference(routine);
@@ -113,7 +113,7 @@ void Declarations::require_difference(const ProgramRoutine& routine) const {
     const std::vector<Formal>& b = other->candidate.formals;
     const bool same = std::equal(a.begin(), a.end(), b.begin(), b.end(),
                                  [](const Formal& x, const Formal& y) { return x.type == y.type; });
-    if (same && routine.has_assigns == other->has_assigns) {
+    if (same && routine.candidate.assigns == other->candidate.assigns) {
       throw SourceError(routine.syntax->position, "there is another \"" + routine.syntax->name +
                                                       "\" with the same parameters, in line " +
                                                       std::to_string(other->syntax->position.line));

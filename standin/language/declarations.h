@@ -24,7 +24,6 @@ struct ProgramRoutine {
   Function* function = nullptr;
   Candidate candidate;
   std::vector<Value> defaults;  // beside the parameters; void where there is none
-  bool has_assigns = false;
   bool broken = false;  // its head is in error, which has been reported
 };
 

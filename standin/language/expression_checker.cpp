@@ -73,14 +73,18 @@ Code ExpressionChecker::expression(const ExpressionSyntax& syntax) {
   return code;
 }
 
-std::vector<Code> ExpressionChecker::arguments_of(const Callee& callee) {
-  std::vector<Code> arguments;
+Argument ExpressionChecker::argument(const ExpressionSyntax& syntax) {
+  return {expression(syntax), syntax.position};
+}
+
+std::vector<Argument> ExpressionChecker::arguments_of(const Callee& callee) {
+  std::vector<Argument> arguments;
   const SyntaxList& list = callee.arguments == nullptr ? no_arguments : *callee.arguments;
   if (list.size() > most_arguments) {
     throw SourceError(callee.position,
                       "a call has at most " + std::to_string(most_arguments) + " arguments");
   }
-  for (const ExpressionPointer& argument : list) arguments.push_back(expression(*argument));
+  for (const ExpressionPointer& written : list) arguments.push_back(argument(*written));
   return arguments;
 }
 
@@ -96,9 +100,9 @@ Code ExpressionChecker::use_name(const std::string& name, const Callee& callee) 
 
   if (same_name(name, "Array")) {
     std::vector<Code> elements;
-    for (const ExpressionPointer& argument :
+    for (const ExpressionPointer& written :
          callee.arguments == nullptr ? no_arguments : *callee.arguments) {
-      elements.push_back(expression(*argument));
+      elements.push_back(expression(*written));
     }
     return array_literal(std::move(elements), callee.position);
   }
@@ -107,13 +111,13 @@ Code ExpressionChecker::use_name(const std::string& name, const Callee& callee) 
       !declarations_.is_type_name(name)) {
     fail_unknown(name, callee.position);
   }
-  std::vector<Code> arguments = arguments_of(callee);
+  std::vector<Argument> arguments = arguments_of(callee);
   if (in_program) {
     return call_program_routine(name, std::move(arguments), false, callee.position);
   }
   const std::size_t given = arguments.size();
   if (callee.arguments != nullptr && given == 1 && declarations_.is_type_name(name)) {
-    return cast_to(name, std::move(arguments), callee.position);
+    return cast_to(name, std::move(arguments.front().code), callee.position);
   }
   if (Code call = call_library(name, arguments, false, callee.position)) return call;
   fail_unknown(name, callee.position);
@@ -187,23 +191,23 @@ Code ExpressionChecker::array_literal(std::vector<Code> elements, Position posit
   return std::make_unique<ArrayLiteral>(type, std::move(elements));
 }
 
-Code ExpressionChecker::cast_to(const std::string& name, std::vector<Code> arguments,
-                                Position position) {
+Code ExpressionChecker::cast_to(const std::string& name, Code argument, Position position) {
   const Type type = declarations_.type({position, name, false});
   if (type.kind != TypeKind::object) {
     throw SourceError(position, "only classes can be cast to: assign to a variable of type " +
                                     standin::name(type) + " instead");
   }
-  return cast(std::move(arguments.front()), type, position);
+  return cast(std::move(argument), type, position);
 }
 
-Code ExpressionChecker::call_program_routine(const std::string& name, std::vector<Code> arguments,
-                                             bool assigns, Position position) {
+Code ExpressionChecker::call_program_routine(const std::string& name,
+                                             std::vector<Argument> arguments, bool assigns,
+                                             Position position) {
   std::vector<const ProgramRoutine*> routines;
   std::vector<Candidate> candidates;
   for (const ProgramRoutine* routine : declarations_.find_routines(name)) {
     if (routine->broken) throw AlreadyReported();
-    if (routine->has_assigns != assigns) continue;
+    if (routine->candidate.assigns != assigns) continue;
     routines.push_back(routine);
     candidates.push_back(routine->candidate);
   }
@@ -214,26 +218,26 @@ Code ExpressionChecker::call_program_routine(const std::string& name, std::vecto
   const std::size_t chosen = choose_overload(name, candidates, arguments, position);
   const ProgramRoutine& routine = *routines[chosen];
   const std::vector<Formal>& formals = routine.candidate.formals;
-  arguments = convert_arguments(routine.candidate, std::move(arguments), position);
-  for (std::size_t i = arguments.size(); i < formals.size(); ++i) {
-    arguments.push_back(std::make_unique<Literal>(formals[i].type, routine.defaults[i]));
+  std::vector<Code> codes = convert_arguments(routine.candidate, std::move(arguments));
+  for (std::size_t i = codes.size(); i < formals.size(); ++i) {
+    codes.push_back(std::make_unique<Literal>(formals[i].type, routine.defaults[i]));
   }
   std::vector<bool> by_ref;
   by_ref.reserve(formals.size());
   for (const Formal& formal : formals) by_ref.push_back(formal.by_ref);
-  return make_function_call(*routine.function, std::move(arguments), std::move(by_ref));
+  return make_function_call(*routine.function, std::move(codes), std::move(by_ref));
 }
 
-Code ExpressionChecker::call_library(const std::string& name, std::vector<Code>& arguments,
+Code ExpressionChecker::call_library(const std::string& name, std::vector<Argument>& arguments,
                                      bool as_method, Position position) {
   const std::vector<Routine>* all = language::find_routines(name);
   if (all == nullptr) return nullptr;
   std::vector<const Routine*> routines;
   std::vector<Candidate> candidates;
   Type element;
-  for (const Code& argument : arguments) {
-    if (argument->is(TypeKind::array) && element.kind == TypeKind::void_) {
-      element = *argument->type().element;
+  for (const auto& [code, place] : arguments) {
+    if (code->is(TypeKind::array) && element.kind == TypeKind::void_) {
+      element = *code->type().element;
     }
   }
   for (const Routine& routine : *all) {
@@ -254,7 +258,8 @@ Code ExpressionChecker::call_library(const std::string& name, std::vector<Code>&
       candidate.formals.resize(std::max(candidate.formals.size(), arguments.size()), more);
     }
     // A method's receiver is what it is; it does not become a text or a number first.
-    if (as_method && conversion_cost(*arguments.front(), candidate.formals.front().type) != 0) {
+    if (as_method &&
+        conversion_cost(*arguments.front().code, candidate.formals.front().type) != 0) {
       continue;
     }
     routines.push_back(&routine);
@@ -266,31 +271,31 @@ Code ExpressionChecker::call_library(const std::string& name, std::vector<Code>&
   Type result = routine.result_is_element ? element : routine.result;
   if (routine.result_is_date) result = Type::of_class(declarations_.find_class("Date"));
   return make_routine_call(routine, result, element,
-                           convert_arguments(candidates[chosen], std::move(arguments), position));
+                           convert_arguments(candidates[chosen], std::move(arguments)));
 }
 
 Code ExpressionChecker::use_member(const MemberSyntax& member, const Callee& callee) {
   if (const auto* module = std::get_if<NameSyntax>(&member.object->form)) {
     if (is_module(module->name) && scope_.find(module->name) == nullptr) {
-      std::vector<Code> arguments = arguments_of(callee);
+      std::vector<Argument> arguments = arguments_of(callee);
       const std::string full_name = module->name + "." + member.name;
       if (Code call = call_library(full_name, arguments, false, callee.position)) return call;
       throw SourceError(callee.position, module->name + " has no member \"" + member.name + "\"");
     }
   }
   Code object = expression(*member.object);
-  std::vector<Code> arguments = arguments_of(callee);
+  std::vector<Argument> arguments = arguments_of(callee);
   return call_method(std::move(object), member.name, std::move(arguments),
                      callee.arguments != nullptr, callee.position);
 }
 
 Code ExpressionChecker::call_method(Code object, const std::string& name,
-                                    std::vector<Code> arguments, bool has_parentheses,
+                                    std::vector<Argument> arguments, bool has_parentheses,
                                     Position position) {
   const std::string type_name = described_type(*object);
   const ClassInfo* class_info = object->is(TypeKind::object) ? object->type().class_info : nullptr;
   if (class_info == nullptr) {
-    arguments.insert(arguments.begin(), std::move(object));
+    arguments.insert(arguments.begin(), Argument{std::move(object), position});
     if (Code call = call_library(name, arguments, true, position)) return call;
     const bool cast_helps = type_name == "Variant" || type_name == "Object";
     throw SourceError(position,
@@ -309,9 +314,10 @@ Code ExpressionChecker::call_method(Code object, const std::string& name,
   }
   const std::string what = class_info->name() + "." + name;
   const std::size_t chosen = choose_overload(what, methods.candidates, arguments, position);
-  arguments = convert_arguments(methods.candidates[chosen], std::move(arguments), position);
-  append_defaults(*methods.methods[chosen], arguments, position);
-  return make_method_call(std::move(object), *methods.methods[chosen], std::move(arguments));
+  const MethodInfo& method = *methods.methods[chosen];
+  std::vector<Code> codes = convert_arguments(methods.candidates[chosen], std::move(arguments));
+  append_defaults(method, codes, position);
+  return make_method_call(std::move(object), method, std::move(codes));
 }
 
 Code ExpressionChecker::new_object(const TypeSyntax& type, const SyntaxList& arguments,
@@ -324,18 +330,18 @@ Code ExpressionChecker::new_object(const TypeSyntax& type, const SyntaxList& arg
   if (declarations_.host().find_class(type.name) == nullptr) {
     throw SourceError(type.position, class_info->name() + " has no constructor");
   }
-  std::vector<Code> codes;
-  for (const ExpressionPointer& argument : arguments) codes.push_back(expression(*argument));
+  std::vector<Argument> given;
+  for (const ExpressionPointer& written : arguments) given.push_back(argument(*written));
   const MethodCandidates constructors = callable_methods(*class_info, "Constructor");
   if (constructors.methods.empty()) {
-    if (!codes.empty()) {
+    if (!given.empty()) {
       throw SourceError(position, class_info->name() + " has no constructor with arguments");
     }
     return make_new_object(*class_info, nullptr, {});
   }
   const std::size_t chosen =
-      choose_overload("New " + class_info->name(), constructors.candidates, codes, position);
-  codes = convert_arguments(constructors.candidates[chosen], std::move(codes), position);
+      choose_overload("New " + class_info->name(), constructors.candidates, given, position);
+  std::vector<Code> codes = convert_arguments(constructors.candidates[chosen], std::move(given));
   append_defaults(*constructors.methods[chosen], codes, position);
   return make_new_object(*class_info, constructors.methods[chosen], std::move(codes));
 }
@@ -359,29 +365,30 @@ std::unique_ptr<Statement> ExpressionChecker::assignment(const AssignSyntax& syn
   const auto* call = std::get_if<CallSyntax>(&target.form);
   const Callee callee = call != nullptr ? Callee{*call->callee, &call->arguments, target.position}
                                         : Callee{target, nullptr, target.position};
-  Code value = expression(*syntax.value);
+  Argument value = argument(*syntax.value);
   if (const auto* name = std::get_if<NameSyntax>(&callee.syntax.form)) {
     return assign_to_name(name->name, callee, std::move(value));
   }
   const auto& member = std::get<MemberSyntax>(callee.syntax.form);
   Code object = expression(*member.object);
-  std::vector<Code> arguments = arguments_of(callee);
+  std::vector<Argument> arguments = arguments_of(callee);
   return make_call_statement(set_member(std::move(object), member.name, std::move(arguments),
                                         std::move(value), callee.position),
                              position);
 }
 
 std::unique_ptr<Statement> ExpressionChecker::assign_to_name(const std::string& name,
-                                                             const Callee& callee, Code value) {
+                                                             const Callee& callee, Argument value) {
   const Position position = callee.position;
   if (scope_.find(name) != nullptr) {
     Code target = variable(name, position);
     if (callee.arguments != nullptr) target = element_or_fail(*scope_.find(name), callee);
     const Type type = target->type();
-    return make_assignment(std::move(target), convert(std::move(value), type, position), position);
+    return make_assignment(std::move(target), convert(std::move(value.code), type, value.position),
+                           position);
   }
   if (!declarations_.find_routines(name).empty()) {
-    std::vector<Code> arguments = arguments_of(callee);
+    std::vector<Argument> arguments = arguments_of(callee);
     arguments.push_back(std::move(value));
     return make_call_statement(call_program_routine(name, std::move(arguments), true, position),
                                position);
@@ -393,7 +400,8 @@ std::unique_ptr<Statement> ExpressionChecker::assign_to_name(const std::string& 
 }
 
 Code ExpressionChecker::set_member(Code object, const std::string& name,
-                                   std::vector<Code> arguments, Code value, Position position) {
+                                   std::vector<Argument> arguments, Argument value,
+                                   Position position) {
   const ClassInfo* class_info = object->is(TypeKind::object) ? object->type().class_info : nullptr;
   if (class_info == nullptr) {
     throw SourceError(position,
@@ -406,7 +414,7 @@ Code ExpressionChecker::set_member(Code object, const std::string& name,
                                       " can only be read");
     }
     return make_property_write(std::move(object), *property,
-                               convert(std::move(value), property->type, position));
+                               convert(std::move(value.code), property->type, value.position));
   }
   const MethodCandidates methods = assignable_methods(*class_info, name);
   if (methods.methods.empty()) {
@@ -417,8 +425,8 @@ Code ExpressionChecker::set_member(Code object, const std::string& name,
   arguments.push_back(std::move(value));
   const std::string what = class_info->name() + "." + name;
   const std::size_t chosen = choose_overload(what, methods.candidates, arguments, position);
-  arguments = convert_arguments(methods.candidates[chosen], std::move(arguments), position);
-  return make_setter_call(std::move(object), *methods.methods[chosen], std::move(arguments));
+  return make_setter_call(std::move(object), *methods.methods[chosen],
+                          convert_arguments(methods.candidates[chosen], std::move(arguments)));
 }
 
 }  // namespace standin::language

@@ -9,6 +9,7 @@
 
 #include "language/code.h"
 #include "language/declarations.h"
+#include "language/overloads.h"
 #include "language/scope.h"
 #include "language/syntax.h"
 #include "runtime/classes.h"
@@ -51,21 +52,22 @@ class ExpressionChecker {
   Code use_member(const MemberSyntax& member, const Callee& callee);
   Code element_or_fail(const Symbol& symbol, const Callee& callee);
   Code array_literal(std::vector<Code> elements, Position position);
-  Code cast_to(const std::string& name, std::vector<Code> arguments, Position position);
+  Code cast_to(const std::string& name, Code argument, Position position);
   [[noreturn]] void fail_unknown(const std::string& name, Position position) const;
 
-  std::vector<Code> arguments_of(const Callee& callee);
-  Code call_program_routine(const std::string& name, std::vector<Code> arguments, bool assigns,
+  Argument argument(const ExpressionSyntax& syntax);
+  std::vector<Argument> arguments_of(const Callee& callee);
+  Code call_program_routine(const std::string& name, std::vector<Argument> arguments, bool assigns,
                             Position position);
   // Null if the library has no such routine in one of these forms.
-  Code call_library(const std::string& name, std::vector<Code>& arguments, bool as_method,
+  Code call_library(const std::string& name, std::vector<Argument>& arguments, bool as_method,
                     Position position);
-  Code call_method(Code object, const std::string& name, std::vector<Code> arguments,
+  Code call_method(Code object, const std::string& name, std::vector<Argument> arguments,
                    bool has_parentheses, Position position);
-  Code set_member(Code object, const std::string& name, std::vector<Code> arguments, Code value,
-                  Position position);
+  Code set_member(Code object, const std::string& name, std::vector<Argument> arguments,
+                  Argument value, Position position);
   std::unique_ptr<Statement> assign_to_name(const std::string& name, const Callee& callee,
-                                            Code value);
+                                            Argument value);
 
   const Declarations& declarations_;
   Scope& scope_;

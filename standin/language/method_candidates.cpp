@@ -6,6 +6,7 @@
 #include "language/constants.h"
 #include "language/conversions.h"
 #include "language/parser.h"
+#include "runtime/types.h"
 
 namespace standin::language {
 namespace {
@@ -17,6 +18,12 @@ Candidate candidate_of(const MethodInfo& method) {
     candidate.formals.push_back({parameter.type, parameter.by_ref, parameter.optional});
   }
   return candidate;
+}
+
+// "value(key as string) = variant" for "value(key as string) as variant".
+std::string with_assigned_result(const std::string& declaration) {
+  const std::size_t as = lower_name(declaration).rfind(" as ");
+  return declaration.substr(0, as) + " = " + declaration.substr(as + 4);
 }
 
 }  // namespace
@@ -36,8 +43,10 @@ MethodCandidates assignable_methods(const ClassInfo& class_info, std::string_vie
   for (const MethodInfo* method : class_info.overloads(name)) {
     if (!method->is_assignable()) continue;
     Candidate candidate = candidate_of(*method);
+    candidate.assigns = true;
     if (!method->declaration.has_assigns()) {
       candidate.formals.push_back({method->declaration.result});
+      candidate.description = with_assigned_result(method->declaration.text);
     }
     found.methods.push_back(method);
     found.candidates.push_back(std::move(candidate));

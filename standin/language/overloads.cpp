@@ -31,13 +31,14 @@ std::string mismatch(const Formal& formal, const Expression& argument) {
 }
 
 // Saturates; `impossible` if the candidate does not fit.
-std::uint64_t cost_of(const Candidate& candidate, const std::vector<Code>& arguments) {
+std::uint64_t cost_of(const Candidate& candidate, const std::vector<Argument>& arguments) {
   if (!takes_count(candidate, arguments.size())) return impossible;
   std::uint64_t cost = 0;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    if (!mismatch(candidate.formals[i], *arguments[i]).empty()) return impossible;
+    const Expression& argument = *arguments[i].code;
+    if (!mismatch(candidate.formals[i], argument).empty()) return impossible;
     if (candidate.formals[i].by_ref) continue;
-    const std::uint64_t step = conversion_cost(*arguments[i], candidate.formals[i].type);
+    const std::uint64_t step = conversion_cost(argument, candidate.formals[i].type);
     cost = std::min(cost + step, impossible - 1);
   }
   return cost;
@@ -49,42 +50,49 @@ std::string counted(std::size_t count) {
                       : std::to_string(count) + " arguments";
 }
 
-[[noreturn]] void fail_single(const std::string& what, const Candidate& candidate,
-                              const std::vector<Code>& arguments, Position position) {
-  const std::size_t required = required_arguments(candidate);
-  if (!takes_count(candidate, arguments.size())) {
-    const std::size_t most = candidate.formals.size();
-    const std::string takes =
-        required == most ? counted(most) : std::to_string(required) + " to " + counted(most);
-    throw SourceError(position, what + " takes " + takes + ", not " +
-                                    std::to_string(arguments.size()) + ": " +
-                                    candidate.description);
-  }
-  std::size_t number = 0;
-  std::string problem;
-  while (number < arguments.size() && problem.empty()) {
-    problem = mismatch(candidate.formals[number], *arguments[number]);
-    ++number;
-  }
-  if (!problem.empty()) {
-    throw SourceError(position, "argument " + std::to_string(number) + " of " + what + ": " +
-                                    problem + ", in " + candidate.description);
-  }
-  throw SourceError(position, what + " cannot be called so: " + candidate.description);
+[[noreturn]] void fail_count(const std::string& what, const Candidate& candidate, std::size_t given,
+                             Position position) {
+  // The assigned value is no argument to who writes the program.
+  const std::size_t hidden = candidate.assigns ? 1 : 0;
+  const std::size_t least = required_arguments(candidate) - hidden;
+  const std::size_t most = candidate.formals.size() - hidden;
+  const std::string takes =
+      least == most ? counted(most) : std::to_string(least) + " to " + counted(most);
+  throw SourceError(position, (candidate.assigns ? "the assignment to " : "") + what + " takes " +
+                                  takes + ", not " + std::to_string(given - hidden) + ": " +
+                                  candidate.description);
 }
 
-std::string types_of(const std::vector<Code>& arguments) {
-  std::string types;
-  for (const Code& argument : arguments) {
-    types += (types.empty() ? "" : ", ") + described_type(*argument);
+[[noreturn]] void fail_single(const std::string& what, const Candidate& candidate,
+                              const std::vector<Argument>& arguments, Position position) {
+  if (!takes_count(candidate, arguments.size())) {
+    fail_count(what, candidate, arguments.size(), position);
   }
-  return "(" + types + ")";
+  std::size_t at = 0;
+  while (mismatch(candidate.formals[at], *arguments[at].code).empty()) ++at;
+  const std::string part = candidate.assigns && at + 1 == arguments.size()
+                               ? "the value assigned to "
+                               : "argument " + std::to_string(at + 1) + " of ";
+  throw SourceError(arguments[at].position,
+                    part + what + ": " + mismatch(candidate.formals[at], *arguments[at].code) +
+                        ", in " + candidate.description);
+}
+
+// "(String, Integer)", and "(String) = Integer" for an assignment.
+std::string types_of(const std::vector<Argument>& arguments, bool assigns) {
+  std::string types;
+  const std::size_t count = arguments.size() - (assigns ? 1 : 0);
+  for (std::size_t i = 0; i < count; ++i) {
+    types += (i == 0 ? "" : ", ") + described_type(*arguments[i].code);
+  }
+  types = "(" + types + ")";
+  return assigns ? types + " = " + described_type(*arguments.back().code) : types;
 }
 
 }  // namespace
 
 std::size_t choose_overload(const std::string& what, const std::vector<Candidate>& candidates,
-                            const std::vector<Code>& arguments, Position position) {
+                            const std::vector<Argument>& arguments, Position position) {
   std::size_t best = 0;
   std::size_t rival = 0;
   std::uint64_t best_cost = impossible;
@@ -104,29 +112,30 @@ std::size_t choose_overload(const std::string& what, const std::vector<Candidate
       rival_cost = cost;
     }
   }
+  const std::string types = types_of(arguments, candidates.front().assigns);
   if (best_cost == impossible) {
     if (candidates.size() == 1) fail_single(what, candidates.front(), arguments, position);
     std::string forms;
     for (const Candidate& candidate : candidates) forms += "\n        " + candidate.description;
-    throw SourceError(position,
-                      "no form of " + what + " takes " + types_of(arguments) + ":" + forms);
+    throw SourceError(position, "no form of " + what + " takes " + types + ":" + forms);
   }
   if (rival_cost != impossible) {
-    throw SourceError(position, what + types_of(arguments) + " could be two things:\n        " +
+    throw SourceError(position, what + types + " could be two things:\n        " +
                                     candidates[best].description + "\n        " +
                                     candidates[rival].description);
   }
   return best;
 }
 
-std::vector<Code> convert_arguments(const Candidate& candidate, std::vector<Code> arguments,
-                                    Position position) {
+std::vector<Code> convert_arguments(const Candidate& candidate, std::vector<Argument> arguments) {
+  std::vector<Code> codes;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    if (!candidate.formals[i].by_ref) {
-      arguments[i] = convert(std::move(arguments[i]), candidate.formals[i].type, position);
-    }
+    auto& [code, position] = arguments[i];
+    const Formal& formal = candidate.formals[i];
+    codes.push_back(formal.by_ref ? std::move(code)
+                                  : convert(std::move(code), formal.type, position));
   }
-  return arguments;
+  return codes;
 }
 
 }  // namespace standin::language

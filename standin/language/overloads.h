@@ -10,6 +10,11 @@
 
 namespace standin::language {
 
+struct Argument {
+  Code code;
+  Position position;
+};
+
 struct Formal {
   Type type;
   bool by_ref = false;
@@ -20,17 +25,17 @@ struct Formal {
 struct Candidate {
   std::vector<Formal> formals;
   std::string description;  // as declared
+  bool assigns = false;     // the last argument is the value in `name(…) = value`
 };
 
 // The candidate whose parameters fit best by their types; of several, the one that leaves the
 // fewest to their defaults. Throws SourceError when none fits, or when two fit equally well. `what`
 // names the routine in messages.
 std::size_t choose_overload(const std::string& what, const std::vector<Candidate>& candidates,
-                            const std::vector<Code>& arguments, Position position);
+                            const std::vector<Argument>& arguments, Position position);
 
 // Converts the arguments to what the parameters ask for; optional ones may be missing.
-std::vector<Code> convert_arguments(const Candidate& candidate, std::vector<Code> arguments,
-                                    Position position);
+std::vector<Code> convert_arguments(const Candidate& candidate, std::vector<Argument> arguments);
 
 }  // namespace standin::language
 

@@ -26,6 +26,14 @@ TEST(Report, a_syntax_error_shows_place_and_line) {
             "    \t          ^\n");
 }
 
+TEST(Report, a_wrong_argument_is_marked_itself) {
+  EXPECT_EQ(run_script("Print _\n  Left(\"abc\", _\n    \"x\")\n").err,
+            "test.rbs:3: argument 2 of Left: String cannot be converted to Integer, in "
+            "Left(String, Integer)\n"
+            "        \"x\")\n"
+            "        ^\n");
+}
+
 TEST(Report, all_type_errors_are_told_before_anything_runs) {
   const Outcome outcome = run_script(
       "Print \"ran\"\nDim i As Integer = \"a\"\ni = i + 1\nFoo 1\nIf i = 1 Then\n  Bar\nEnd If\n"

@@ -128,4 +128,18 @@ TEST_F(PluginPrograms, members_are_told_when_they_do_not_exist) {
   EXPECT_THAT(error_of("Dim s As New StringHashSetZRB(5)"), HasSubstr("no form of New"));
 }
 
+TEST_F(PluginPrograms, an_assignment_that_fits_no_setter_is_told_as_one) {
+  const std::string map = "Dim m As New IntegerToIntegerHashMapZRB\n";
+  EXPECT_THAT(error_of(map + "m.value(1) = \"x\""),
+              HasSubstr("the value assigned to IntegerToIntegerHashMapZRB.value: String cannot be "
+                        "converted to Integer, in value(key as integer) = integer\n"));
+  EXPECT_THAT(error_of(map + "m.value = 3"),
+              HasSubstr("the assignment to IntegerToIntegerHashMapZRB.value takes 1 argument, "
+                        "not 0: value(key as integer) = integer\n"));
+  EXPECT_THAT(error_of(map + "m.value(\"x\") = 3"),
+              HasSubstr("argument 1 of IntegerToIntegerHashMapZRB.value: "));
+  EXPECT_THAT(error_of(map + "Print Str(m.value)"),
+              HasSubstr("value(key as integer) as integer\n"));
+}
+
 }  // namespace

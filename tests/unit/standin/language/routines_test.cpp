@@ -142,6 +142,14 @@ TEST(Routines, wrong_arguments_are_explained) {
   EXPECT_THAT(error_of("S 1\n" + sub), HasSubstr("S takes 2 arguments, not 1"));
   EXPECT_THAT(error_of("S 1, 2\n" + sub),
               HasSubstr("argument 2 of S: Integer cannot be converted to String"));
+  const std::string setter = "\nSub V(k As Integer, Assigns v As Integer)\nEnd Sub";
+  EXPECT_THAT(error_of("V(1) = \"x\"" + setter),
+              HasSubstr("the value assigned to V: String cannot be converted to Integer"));
+  EXPECT_THAT(error_of("V(1, 2) = 3" + setter),
+              HasSubstr("the assignment to V takes 1 argument, not 2"));
+  EXPECT_THAT(
+      error_of("V(1) = True" + setter + "\nSub V(k As Integer, Assigns v As String)\nEnd Sub"),
+      HasSubstr("no form of V takes (Integer) = Boolean:"));
 }
 
 TEST(Routines, results_are_used_or_dropped_with_call) {
