@@ -24,7 +24,7 @@ struct ProgramRoutine {
   Function* function = nullptr;
   Candidate candidate;
   std::vector<Value> defaults;  // beside the parameters; void where there is none
-  bool broken = false;  // its head is in error, which has been reported
+  bool broken = false;          // its head is in error, which has been reported
 };
 
 class Declarations {

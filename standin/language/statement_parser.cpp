@@ -2,6 +2,7 @@
 #include "language/statement_parser.h"
 
 #include <algorithm>
+#include <array>
 
 #include "language/refused.h"
 #include "runtime/types.h"
@@ -18,6 +19,19 @@ std::string closing(const std::string& opening) {
   if (opening == "do") return "Loop";
   return "End " + spelled(opening);
 }
+
+// What begins the block that a word ends or divides.
+struct Closing {
+  std::string_view word, opening;
+};
+constexpr auto closings = std::to_array<Closing>({{"next", "for"},
+                                                  {"wend", "while"},
+                                                  {"loop", "do"},
+                                                  {"else", "if"},
+                                                  {"elseif", "if"},
+                                                  {"case", "select"},
+                                                  {"catch", "try"},
+                                                  {"finally", "try"}});
 
 }  // namespace
 
@@ -50,6 +64,7 @@ BlockSyntax StatementParser::block(const Token& opening,
     fail(opening.position,
          "blocks are nested too deeply (more than " + std::to_string(deepest_blocks) + " levels)");
   }
+  open_blocks_.push_back(&opening);
   BlockSyntax statements;
   const auto terminates = [&](std::string_view word) { return at_keyword(word); };
   while (std::none_of(terminators.begin(), terminators.end(), terminates)) {
@@ -60,6 +75,7 @@ BlockSyntax StatementParser::block(const Token& opening,
     }
     statements.push_back(statement());
   }
+  open_blocks_.pop_back();
   --block_depth_;
   return statements;
 }
@@ -137,18 +153,34 @@ void StatementParser::fail_at_stray_keyword(const Token& token) const {
   if (token.text == "end") {
     const std::string alone = statement_refusal(token, peek(1));
     if (!alone.empty()) fail(token.position, alone);
-    const bool has_word = peek(1).kind == TokenKind::keyword;
-    fail(token.position, has_word ? "\"End " + spelled(peek(1).text) + "\" without its beginning"
-                                  : "\"End\" needs the word of the block that it closes");
+    const Token& word = peek(1);
+    if (word.kind != TokenKind::keyword) {
+      fail(token.position, "\"End\" needs the word of the block that it closes");
+    }
+    fail_at_stray_end(token, "\"End " + spelled(word.text) + "\"", word.text);
   }
-  for (const std::string_view closing :
-       {"next", "wend", "loop", "else", "elseif", "case", "catch", "finally"}) {
-    if (token.text == closing) {
-      fail(token.position,
-           "\"" + spelled(token.text) + "\" without the statement that it belongs to");
+  for (const Closing& closing : closings) {
+    if (token.text == closing.word) {
+      fail_at_stray_end(token, "\"" + spelled(token.text) + "\"", closing.opening);
     }
   }
   fail_expecting("a statement");
+}
+
+void StatementParser::fail_at_stray_end(const Token& token, const std::string& written,
+                                        std::string_view opening) const {
+  const std::string alone = written + " without the statement that it belongs to";
+  if (one_line_ || open_blocks_.empty()) fail(token.position, alone);
+  const Token& open = *open_blocks_.back();
+  const std::string open_block =
+      "\"" + spelled(open.text) + "\" of line " + std::to_string(open.position.line);
+  const std::string end = "\"" + closing(open.text) + "\"";
+  const bool closes_another =
+      std::any_of(open_blocks_.begin(), open_blocks_.end(),
+                  [&](const Token* block) { return block->text == opening; });
+  fail(token.position, closes_another
+                           ? open_block + " needs " + end + " before this " + written
+                           : alone + "; open is " + open_block + ", which " + end + " closes");
 }
 
 DimSyntax StatementParser::dim() {

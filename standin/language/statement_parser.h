@@ -46,9 +46,13 @@ class StatementParser : public ExpressionParser {
   FunctionSyntax function();
   ParameterSyntax parameter();
   [[noreturn]] void fail_at_stray_keyword(const Token& token) const;
+  // For a word that ends or divides a block, but not the one that it stands in.
+  [[noreturn]] void fail_at_stray_end(const Token& token, const std::string& written,
+                                      std::string_view opening) const;
 
   int block_depth_ = 0;
-  bool one_line_ = false;  // inside a one-line If, where Else ends a statement
+  std::vector<const Token*> open_blocks_;  // what they begin with, outermost first
+  bool one_line_ = false;                  // inside a one-line If, where Else ends a statement
 };
 
 }  // namespace standin::language

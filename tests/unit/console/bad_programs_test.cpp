@@ -57,8 +57,10 @@ TEST_F(BadProgram, an_unterminated_string) {
 
 TEST_F(BadProgram, a_block_without_its_end) {
   expect_refused("Print \"a\"\nIf True Then\n  Print \"b\"\n", 2, "\"End If\" is missing");
-  expect_refused("While True\n  If True Then\n  Wend\n", 3, "\"Wend\" without the statement");
-  expect_refused("Sub S()\n  For i As Integer = 1 To 2\nEnd Sub\n", 3, "\"End Sub\"");
+  expect_refused("While True\n  If True Then\n  Wend\n", 3,
+                 "\"If\" of line 2 needs \"End If\" before this \"Wend\"");
+  expect_refused("Sub S()\n  For i As Integer = 1 To 2\nEnd Sub\n", 3,
+                 "\"For\" of line 2 needs \"Next\" before this \"End Sub\"");
   expect_refused("Next\n", 1, "\"Next\" without the statement");
 }
 

@@ -40,7 +40,7 @@ TEST(If, what_is_missing_is_told) {
   EXPECT_THAT(error_of("If True Then\nPrint \"\""),
               HasSubstr("not closed before the program ends"));
   EXPECT_THAT(error_of("Else"), HasSubstr("without the statement that it belongs to"));
-  EXPECT_THAT(error_of("End If"), HasSubstr("without its beginning"));
+  EXPECT_THAT(error_of("End If"), HasSubstr("without the statement that it belongs to"));
 }
 
 TEST(For, counts_up_and_down) {

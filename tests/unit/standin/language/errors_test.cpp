@@ -108,7 +108,7 @@ TEST(Refused, a_name_like_those_is_a_name_elsewhere) {
 }
 
 TEST(Report, keywords_are_spelled_as_usual_whatever_the_program_writes) {
-  EXPECT_THAT(error_of("end if"), HasSubstr("\"End If\" without its beginning"));
+  EXPECT_THAT(error_of("end if"), HasSubstr("\"End If\" without the statement"));
   EXPECT_THAT(error_of("IF True THEN\nEND WHILE"), HasSubstr("\"If\" has no \"End If\""));
   EXPECT_THAT(error_of("elseif True Then"), HasSubstr("\"ElseIf\" without the statement"));
   EXPECT_THAT(error_of("for i As Integer = 1 downto"), HasSubstr("a value is expected here"));
@@ -124,6 +124,27 @@ TEST(Report, an_open_block_tells_what_would_close_it) {
   EXPECT_THAT(error_of("Do"), HasSubstr("\"Loop\" is missing"));
   EXPECT_THAT(error_of("Try"), HasSubstr("\"End Try\" is missing"));
   EXPECT_THAT(error_of("Function F() As Integer"), HasSubstr("\"End Function\" is missing"));
+}
+
+TEST(Report, a_wrong_end_names_the_block_that_is_open) {
+  EXPECT_THAT(error_of("Print \"\"\nWhile True\nNext"),
+              HasSubstr("\"Next\" without the statement that it belongs to; open is \"While\" of "
+                        "line 2, which \"Wend\" closes"));
+  EXPECT_EQ(error_of("Sub S()\nWhile True\nEnd Sub"),
+            "\"While\" of line 2 needs \"Wend\" before this \"End Sub\"");
+  EXPECT_EQ(error_of("For i As Integer = 1 To 2\nDo\nNext"),
+            "\"Do\" of line 2 needs \"Loop\" before this \"Next\"");
+  EXPECT_EQ(error_of("While True\nEnd While"),
+            "\"While\" of line 1 needs \"Wend\" before this \"End While\"");
+  EXPECT_EQ(error_of("If True Then\nElse\nElse\nEnd If"),
+            "\"If\" of line 1 needs \"End If\" before this \"Else\"");
+  EXPECT_EQ(error_of("Try\nWhile True\nCatch\nEnd Try"),
+            "\"While\" of line 2 needs \"Wend\" before this \"Catch\"");
+  // A block that is closed is open no more, and an If of one line opens none.
+  EXPECT_EQ(error_of("While True\nWend\nNext"),
+            "\"Next\" without the statement that it belongs to");
+  EXPECT_EQ(error_of("While True\nIf True Then Wend"),
+            "\"Wend\" without the statement that it belongs to");
 }
 
 TEST(Refused, misplaced_constructs_are_named) {
