@@ -11,6 +11,7 @@
 #include "language/control.h"
 #include "language/conversions.h"
 #include "language/library.h"
+#include "language/located.h"
 #include "language/method_candidates.h"
 #include "language/operators.h"
 #include "language/overloads.h"
@@ -70,7 +71,15 @@ Code ExpressionChecker::expression(const ExpressionSyntax& syntax) {
     code = use({syntax, nullptr, position});
   }
   require_value(*code, position);
-  return code;
+  return located(std::move(code), position);
+}
+
+Code ExpressionChecker::located(Code code, Position position) const {
+  const bool may_fail = !code->is_literal() && !code->is_nil() && !code->is_variable();
+  // An Array(…) is still to be seen as such; its elements have their places.
+  const bool is_array_literal = dynamic_cast<const ArrayLiteral*>(code.get()) != nullptr;
+  if (position.line == line_ || !may_fail || is_array_literal) return code;
+  return make_located(std::move(code), position);
 }
 
 Argument ExpressionChecker::argument(const ExpressionSyntax& syntax) {
@@ -356,7 +365,7 @@ Code ExpressionChecker::call_statement(const ExpressionSyntax& syntax, bool drop
   if (!drops_result && !code->is(TypeKind::void_)) {
     throw SourceError(syntax.position, "the result is not used: write Call before it to drop it");
   }
-  return code;
+  return located(std::move(code), syntax.position);
 }
 
 std::unique_ptr<Statement> ExpressionChecker::assignment(const AssignSyntax& syntax,

@@ -3,6 +3,7 @@
 #ifndef ZRB_STANDIN_LANGUAGE_EXPRESSION_CHECKER_H
 #define ZRB_STANDIN_LANGUAGE_EXPRESSION_CHECKER_H
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,6 +22,9 @@ class ExpressionChecker {
  public:
   ExpressionChecker(const Declarations& declarations, Scope& scope)
       : declarations_(declarations), scope_(scope) {}
+
+  // What is on another line than the code around it will tell its own place when it fails.
+  void set_line(Position position) { line_ = position.line; }
 
   Code expression(const ExpressionSyntax& syntax);
   // The same, converted to a type.
@@ -47,6 +51,7 @@ class ExpressionChecker {
     Position position;
   };
 
+  Code located(Code code, Position position) const;
   Code use(const Callee& callee);
   Code use_name(const std::string& name, const Callee& callee);
   Code use_member(const MemberSyntax& member, const Callee& callee);
@@ -71,6 +76,7 @@ class ExpressionChecker {
 
   const Declarations& declarations_;
   Scope& scope_;
+  std::uint32_t line_ = 0;
 };
 
 }  // namespace standin::language

@@ -111,6 +111,7 @@ bool StatementChecker::add_statement(const StatementSyntax& syntax, Block& block
 
 void StatementChecker::statement(const StatementSyntax& syntax, Block& block) {
   const Position position = syntax.position;
+  expressions_.set_line(position);
   const auto add = [&block](StatementCode code) { block.add(std::move(code)); };
   if (const auto* dim_form = std::get_if<DimSyntax>(&syntax.form)) {
     dim(*dim_form, position, block);
@@ -275,8 +276,9 @@ StatementCode StatementChecker::if_(const IfSyntax& syntax, Position position) {
   std::vector<Branch> branches;
   for (const IfSyntax::Branch& part : syntax.branches) {
     Branch branch;
-    branch.condition = condition(*part.condition);
     branch.position = part.condition->position;
+    expressions_.set_line(branch.position);
+    branch.condition = condition(*part.condition);
     branch.body = block(part.body);
     branches.push_back(std::move(branch));
   }
@@ -395,6 +397,7 @@ StatementCode StatementChecker::select(const SelectSyntax& syntax, Position posi
   for (const SelectSyntax::Case& part : syntax.cases) {
     Branch branch;
     branch.position = part.tests.front().low->position;
+    expressions_.set_line(branch.position);
     std::vector<Code> tests;
     for (const SelectSyntax::Test& test : part.tests) {
       tests.push_back(case_test(test, type, slot));

@@ -114,7 +114,7 @@ TEST(Report, the_place_is_where_it_was_raised_not_where_it_passed) {
               HasSubstr("test.rbs:2: "));
   EXPECT_THAT(
       run_script("Dim i As Integer = 2\nDo\n  i = i - 1\n  Print \"\"\nLoop Until 1 \\ i = 5").err,
-      HasSubstr("test.rbs:2: "));
+      HasSubstr("test.rbs:5: "));
 }
 
 TEST(Recursion, without_end_raises_and_can_be_caught) {
@@ -127,6 +127,36 @@ TEST(Recursion, without_end_raises_and_can_be_caught) {
                       "  Catch k As KeyNotFoundException\n  Finally\n    s = \"\"\n  End Try\n"
                       "End Function\n"),
             "caught\ncaught\ncaught\n");
+}
+
+// The line and the marked column.
+std::string place_of_exception(const std::string& text) {
+  const std::string report = run_script(text).err;
+  const std::string mark = report.substr(report.rfind("\n", report.size() - 2) + 1);
+  return report.substr(0, report.find(": ")) + " " + std::to_string(mark.find('^') - 3);
+}
+
+TEST(Exceptions, in_a_statement_over_several_lines_are_told_where_they_are_raised) {
+  const std::string array = "Dim a(1) As Integer\n";
+  EXPECT_EQ(place_of_exception(array + "Print Str(a(0)) + _\n  Str(1) + _\n  Str(a(5))"),
+            "test.rbs:4 7");
+  EXPECT_EQ(place_of_exception(array + "Dim n As Integer = 1 + _\n  7 \\ a(0)"), "test.rbs:3 5");
+  EXPECT_EQ(place_of_exception(array + "a(0) = _\n  Asc(Chr(-1))"), "test.rbs:3 7");
+  EXPECT_EQ(place_of_exception("Dim d As New Dictionary\nd. _\n  Remove _\n  1"), "test.rbs:3 3");
+  EXPECT_EQ(place_of_exception("Dim d As Dictionary\nDim i As Integer = _\n  d.Count"),
+            "test.rbs:3 5");
+  EXPECT_EQ(place_of_exception("If False Or _\n  Chr(-1) = \"\" Then\nEnd If"), "test.rbs:2 3");
+  EXPECT_EQ(place_of_exception("If False Then\nElseIf Chr(-1) = \"\" Then\nEnd If"),
+            "test.rbs:2 16");
+  EXPECT_EQ(place_of_exception("Select Case 1\nCase 2, _\n  Asc(Chr(-1))\nEnd Select"),
+            "test.rbs:3 7");
+  EXPECT_EQ(place_of_exception("Do\nLoop Until Chr(-1) = \"\""), "test.rbs:2 12");
+}
+
+// What was evaluated on another line does not take the place with it.
+TEST(Exceptions, behind_an_expression_on_another_line_are_told_at_their_own) {
+  EXPECT_EQ(place_of_exception("Print Chr( _\n  Len(\"\") - _\n  Len(\"a\"))"), "test.rbs:1 1");
+  EXPECT_EQ(place_of_exception("Dim b(0) As Boolean\nb(1) = Not _\n  IsNull(Nil)"), "test.rbs:2 1");
 }
 
 }  // namespace
