@@ -3,6 +3,8 @@
 // Exit status: the program's own; 1 for a program that cannot be read or checked, an unhandled
 // exception, a plugin that cannot be loaded, and a violation that `--ledger` shows; 2 for wrong
 // options.
+#include <unistd.h>
+
 #include <iostream>
 #include <new>
 #include <stdexcept>
@@ -10,9 +12,11 @@
 #include <variant>
 
 #include "class_listing.h"
+#include "crash_report.h"
 #include "language/script.h"
 #include "ledger_report.h"
 #include "options.h"
+#include "output_buffer.h"
 #include "program_file.h"
 #include "runtime/host.h"
 
@@ -64,6 +68,7 @@ int run_program(const Options& options, standin::Host& host) {
 }
 
 int run(const Options& options) {
+  if (options.program) name_program_in_crash_report(*options.program);
   standin::HostOptions host_options;
   host_options.version = options.host_version;
   host_options.without = {options.without.begin(), options.without.end()};
@@ -95,6 +100,9 @@ int run(const Options& options) {
 int main(int count, char** words) {
   std::ios::sync_with_stdio(false);
   std::cin.tie(nullptr);
+  static console::OutputBuffer output(STDOUT_FILENO);
+  const console::Redirection redirection(std::cout, output);
+  console::report_crashes(output);
   try {
     const auto parsed = console::parse_options(count, words, console::default_plugin_file());
     if (const auto* answer = std::get_if<console::Answer>(&parsed)) {

@@ -19,6 +19,7 @@ class Machine;
 // One activation of the program's body or of a routine.
 struct Frame {
   Machine* machine = nullptr;
+  const Frame* caller = nullptr;
   Value* slots = nullptr;  // parameters, then variables
   Position position;       // of the statement at work
   int leaving = 0;         // which loop an Exit or Continue is about

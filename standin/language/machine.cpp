@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <exception>
 
+#include "language/running_position.h"
 #include "language/text_encoding.h"
 
 namespace standin::language {
@@ -69,6 +70,7 @@ Activation::Activation(Machine& machine, const Function& function)
   machine.count_step();
   frame_.machine = &machine;
   frame_.slots = machine.stack().allocate(static_cast<std::size_t>(function.slot_count));
+  enter_frame(frame_);
 }
 
 Activation::~Activation() {
@@ -80,6 +82,7 @@ Activation::~Activation() {
   }
   for (int slot = 0; slot < function_.slot_count; ++slot) frame_.slots[slot] = Value();
   machine.stack().release_to(mark_);
+  leave_frame(frame_);
 }
 
 Value Activation::run() {

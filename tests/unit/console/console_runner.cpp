@@ -24,7 +24,9 @@ Console::Result Console::run(const std::string& words, const std::string& input)
   const int status = std::system(command.c_str());
   const int code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   // What the shell makes of a signal.
-  return {read(folder_ / "out"), read(folder_ / "err"), code > 128 ? -1 : code};
+  const bool is_signal = code > 128;
+  return {read(folder_ / "out"), read(folder_ / "err"), is_signal ? -1 : code,
+          is_signal ? code - 128 : 0};
 }
 
 void Console::write(const std::string& name, const std::string& text) {

@@ -14,6 +14,7 @@ class Console : public testing::Test {
     std::string out;
     std::string err;
     int status = -1;  // 124 for what did not end in two minutes, -1 for a signal
+    int signal = 0;   // that ended it
   };
 
   Console();

@@ -1,5 +1,8 @@
-// A plugin whose routines throw C++ exceptions: one that says what it is, and a bare number.
+// A plugin whose routines throw C++ exceptions, one that says what it is and a bare number, or
+// crash.
+#include <csignal>
 #include <cstdint>
+#include <cstdlib>
 #include <stdexcept>
 
 #include "host/binary_interface.h"
@@ -12,10 +15,19 @@ void fail(REALobject) {
 void fail_with_number(REALobject) {
   throw 42;
 }
+// As when memory is used that is gone; and as when the C library finds it damaged.
+void crash(REALobject) {
+  std::raise(SIGSEGV);
+}
+void abort_process(REALobject) {
+  std::abort();
+}
 
 REALmethodDefinition methods[] = {
     {reinterpret_cast<void*>(fail), nullptr, "Fail", 4},
     {reinterpret_cast<void*>(fail_with_number), nullptr, "FailWithNumber", 4},
+    {reinterpret_cast<void*>(crash), nullptr, "Crash", 4},
+    {reinterpret_cast<void*>(abort_process), nullptr, "Abort", 4},
 };
 
 REALclassDefinition class_record() {
@@ -23,7 +35,7 @@ REALclassDefinition class_record() {
   record.version = 9;
   record.name = "Reckless";
   record.methods = methods;
-  record.methodCount = 2;
+  record.methodCount = 4;
   return record;
 }
 
