@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "runtime/variants.h"
+
 namespace standin::language {
 namespace {
 
@@ -156,7 +158,7 @@ std::string scientific(double number, const Pattern& pattern) {
 }  // namespace
 
 std::string format_number(double number, std::string_view patterns) {
-  if (std::isnan(number)) return "NaN";
+  if (std::isnan(number)) return number_text(number);
   const std::vector<std::string_view> all = sections(patterns);
   if (all.empty()) return "";
   const bool negative = number < 0;
@@ -169,7 +171,7 @@ std::string format_number(double number, std::string_view patterns) {
   if (pattern.percent) size *= 100;
   std::string body;
   if (std::isinf(size)) {
-    body = "inf";
+    body = number_text(size);
   } else if (pattern.exponent_digits > 0) {
     body = scientific(size, pattern);
   } else if (pattern.has_digits) {

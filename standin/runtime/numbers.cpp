@@ -57,7 +57,9 @@ bool starts_a_number(std::string_view text) {
   return at < text.size() && is_digit(text[at]);
 }
 
+// What is no number has no sign either, and one spelling.
 std::string formatted(const char* format, double value) {
+  if (std::isnan(value)) return "NaN";
   char text[64];
   std::snprintf(text, sizeof text, format, value);
   return text;

@@ -76,6 +76,18 @@ TEST(Numbers, functions) {
       "TrueTrue\nTrue\n");
 }
 
+TEST(Numbers, without_a_value_have_one_spelling) {
+  for (const char* nan : {"Sqrt(-1)", "0.0 / 0.0", "-Sqrt(-1)"}) {
+    const std::string number = nan;
+    EXPECT_EQ(value_of("Str(" + number + ")"), "NaN") << number;
+    EXPECT_EQ(value_of("Format(" + number + ", \"0.0\")"), "NaN") << number;
+  }
+  EXPECT_EQ(output_of("Dim s As Single = Sqrt(-1)\nDim v As Variant = Sqrt(-1)\nPrint Str(s) + v"),
+            "NaNNaN\n");
+  EXPECT_EQ(value_of("Str(1 / 0.0) + Format(1 / 0.0, \"0.0\")"), "infinf");
+  EXPECT_EQ(value_of("Str(-1 / 0.0) + Format(-1 / 0.0, \"0.0\")"), "-inf-inf");
+}
+
 TEST(Format, digits_places_and_groups) {
   EXPECT_EQ(format_number(1.5, "0.00"), "1.50");
   EXPECT_EQ(format_number(1.5, "#.##"), "1.5");
