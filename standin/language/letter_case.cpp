@@ -17,7 +17,7 @@ struct Range {
   char32_t distance;
 };
 constexpr Range ranges[] = {
-    {U'A', U'Z', 32},     {0x00C0, 0x00D6, 32}, {0x00D8, 0x00DE, 32},
+    {0x00C0, 0x00D6, 32}, {0x00D8, 0x00DE, 32},
     {0x0391, 0x03A1, 32}, {0x03A3, 0x03AB, 32},  // Greek
     {0x0410, 0x042F, 32}, {0x0400, 0x040F, 80},  // Cyrillic
 };
@@ -37,6 +37,7 @@ constexpr Alternating alternating[] = {
 }  // namespace
 
 char32_t lower_letter(char32_t letter) {
+  if (letter < 0x80) return letter >= U'A' && letter <= U'Z' ? letter + 32 : letter;
   for (const Range& range : ranges) {
     if (letter >= range.first && letter <= range.last) return letter + range.distance;
   }
@@ -48,6 +49,7 @@ char32_t lower_letter(char32_t letter) {
 }
 
 char32_t upper_letter(char32_t letter) {
+  if (letter < 0x80) return letter >= U'a' && letter <= U'z' ? letter - 32 : letter;
   for (const Range& range : ranges) {
     const char32_t upper = letter - range.distance;
     if (letter >= range.distance && upper >= range.first && upper <= range.last) return upper;

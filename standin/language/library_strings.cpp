@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "language/caseless_pattern.h"
 #include "language/letter_case.h"
 #include "language/library.h"
 #include "language/machine.h"
@@ -64,7 +65,7 @@ Value found_at(Machine& machine, REALstring source, REALstring part, std::int32_
   const REALstring text = same.first();  // with the source's characters, if not its bytes
   const std::size_t from =
       machine.characters().offset(text, static_cast<std::size_t>(std::max(start, 1) - 1));
-  const std::size_t offset = find(same.a(), same.b(), from);
+  const std::size_t offset = CaselessPattern(same).find(same.a(), from);
   if (offset == std::string_view::npos) return Value::of_integer(0);
   return number(machine.characters().characters_before(text, offset) + 1);
 }
@@ -99,12 +100,13 @@ Value replaced(REALstring source, REALstring old_part, REALstring new_part, bool
   const std::string_view text = same.a();
   std::string result;
   std::size_t at = 0;
-  for (std::size_t next = find(text, same.b()); next != std::string_view::npos;
-       next = find(text, same.b(), at)) {
+  const CaselessPattern pattern(same);
+  for (std::size_t next = pattern.find(text); next != std::string_view::npos;
+       next = pattern.find(text, at)) {
     result += text.substr(at, next - at);
     result += with.b();
     check_length(result.size());
-    at = next + same.b().size();
+    at = next + pattern.size();
     if (!all) break;
   }
   result += text.substr(at);
@@ -195,14 +197,17 @@ Value chr(const RoutineCall& call) {
   return Value::of_string(make_string(bytes));
 }
 
-// The fields of a text; one without separators has one, the empty text none.
-std::vector<std::string_view> fields(std::string_view text, std::string_view separator) {
+// The fields of the first text, which the second one separates; without separators there is one, in
+// the empty text none.
+std::vector<std::string_view> fields(const SameEncoding& same) {
+  const std::string_view text = same.a();
   std::vector<std::string_view> found;
   if (text.empty()) return found;
-  if (separator.empty()) return {text};
+  if (same.b().empty()) return {text};
+  const CaselessPattern separator(same);
   std::size_t at = 0;
-  for (std::size_t next = find(text, separator); next != std::string_view::npos;
-       next = find(text, separator, at)) {
+  for (std::size_t next = separator.find(text); next != std::string_view::npos;
+       next = separator.find(text, at)) {
     found.push_back(text.substr(at, next - at));
     at = next + separator.size();
   }
@@ -212,7 +217,7 @@ std::vector<std::string_view> fields(std::string_view text, std::string_view sep
 
 Value nth_field(const RoutineCall& call) {
   const SameEncoding same(call.string(0), call.string(1));
-  const auto found = fields(same.a(), same.b());
+  const auto found = fields(same);
   const std::int32_t wanted = call.integer(2);
   if (wanted < 1 || static_cast<std::size_t>(wanted) > found.size())
     return text({}, call.string(0));
@@ -222,7 +227,7 @@ Value nth_field(const RoutineCall& call) {
 
 Value count_fields(const RoutineCall& call) {
   const SameEncoding same(call.string(0), call.string(1));
-  return number(fields(same.a(), same.b()).size());
+  return number(fields(same).size());
 }
 
 // Without a separator, every character is an element.
@@ -238,7 +243,7 @@ Value split(const RoutineCall& call) {
   }
   const StringRef blank = make_string(" ");
   const SameEncoding same(source, call.has(1) ? call.string(1) : blank.get());
-  for (const std::string_view field : fields(same.a(), same.b())) {
+  for (const std::string_view field : fields(same)) {
     append(array.get(), in_encoding_of(source, field, same.encoding()));
   }
   return Value::of_array(std::move(array));

@@ -1,4 +1,4 @@
-// What the language does with strings: joining, comparing, searching.
+// What the language does with strings: joining and comparing.
 #include "language/text.h"
 
 #include <algorithm>
@@ -14,6 +14,10 @@ namespace {
 
 bool is_wide(std::uint32_t code) {
   return code == host_encoding::utf16 || code == host_encoding::utf32;
+}
+
+char lower_ascii(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 std::string joined_bytes(std::string_view a, std::string_view b) {
@@ -32,10 +36,6 @@ void check_length(std::uint64_t size) {
   if (size > longest) {
     raise("OutOfMemoryException", "a string has at most " + std::to_string(longest) + " bytes");
   }
-}
-
-char lower_ascii(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 SameEncoding::SameEncoding(REALstring a, REALstring b)
@@ -108,19 +108,6 @@ int compare_with_case_ties(REALstring a, REALstring b) {
 int compare_bytes(REALstring a, REALstring b) {
   const int order = bytes(a).compare(bytes(b));
   return order == 0 ? 0 : order < 0 ? -1 : 1;
-}
-
-std::size_t find(std::string_view text, std::string_view part, std::size_t from) {
-  if (from > text.size()) return std::string_view::npos;
-  // A lone separator such as a comma has no case.
-  const bool has_case =
-      part.size() != 1 || (lower_ascii(part[0]) >= 'a' && lower_ascii(part[0]) <= 'z');
-  if (!has_case) return text.find(part, from);
-  const auto same = [](char x, char y) { return x == y || lower_ascii(x) == lower_ascii(y); };
-  const auto found = std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(),
-                                 part.begin(), part.end(), same);
-  if (found == text.end() && !part.empty()) return std::string_view::npos;
-  return static_cast<std::size_t>(found - text.begin());
 }
 
 }  // namespace standin::language

@@ -1,4 +1,4 @@
-// What the language does with strings: joining, comparing, searching.
+// What the language does with strings: joining and comparing.
 #ifndef ZRB_STANDIN_LANGUAGE_TEXT_H
 #define ZRB_STANDIN_LANGUAGE_TEXT_H
 
@@ -9,8 +9,6 @@
 #include "runtime/handles.h"
 
 namespace standin::language {
-
-char lower_ascii(char c);
 
 // Two strings in one encoding: as they are when their encodings agree, or when one of them has no
 // known encoding (then bytes are bytes); otherwise, and when the characters of that encoding are no
@@ -42,10 +40,6 @@ bool equal(REALstring a, REALstring b);
 // The same, but case decides between texts that are equal otherwise.
 int compare_with_case_ties(REALstring a, REALstring b);
 int compare_bytes(REALstring a, REALstring b);
-
-// The first place of `part` at or after `from`, without regard to the case of ASCII letters; npos
-// if there is none.
-std::size_t find(std::string_view text, std::string_view part, std::size_t from = 0);
 
 }  // namespace standin::language
 

@@ -165,6 +165,23 @@ TEST(Encodings, joining_takes_the_common_one) {
             "äbTrue22\nx-b\na!a!\n");
 }
 
+TEST(Strings, are_found_in_either_case_of_every_letter_that_has_two) {
+  EXPECT_EQ(value_of("Str(InStr(\"GRÜSSE\", \"grüsse\")) + Str(InStr(\"grüsse\", \"Ü\"))"), "13");
+  EXPECT_EQ(value_of("Str(InStr(\"ДА\", \"а\")) + Str(InStr(3, \"ÄÄä\", \"Ä\"))"), "23");
+  // The bytes of а and А mixed are neither, but another letter.
+  EXPECT_EQ(value_of("Str(InStr(&u0421, &u0461)) + Str(InStr(&u0460, &u0440))"), "00");
+  EXPECT_EQ(value_of("Str(InStr(\"ß\", \"SS\")) + Str(InStr(\"×\", \"÷\"))"), "00");
+  EXPECT_EQ(value_of("Replace(\"Über\", \"ü\", \"u\") + ReplaceAll(\"äÄ\", \"Ä\", \"a\")"),
+            "uberaa");
+  EXPECT_EQ(value_of("NthField(\"1Ä2ä3\", \"ä\", 3) + Str(CountFields(\"1Ä2\", \"ä\"))"), "32");
+  EXPECT_EQ(output_of("Dim latin As String = ConvertEncoding(\"aÜ\", Encodings.ISOLatin1)\n"
+                      "Print Str(InStr(latin, ConvertEncoding(\"ü\", Encodings.ISOLatin1))) + "
+                      "Str(InStr(latin, \"ü\"))\n"
+                      "Dim stored As String = DefineEncoding(\"Ü\", Nil)\n"
+                      "Print Str(InStr(stored, DefineEncoding(\"ü\", Nil)))\n"),
+            "22\n0\n");
+}
+
 TEST(Encodings, wide_characters_are_compared_and_found_as_characters) {
   EXPECT_EQ(output_of("Dim a As String = ConvertEncoding(&u0100, Encodings.UTF16)\n"
                       "Dim b As String = ConvertEncoding(&u00FF, Encodings.UTF16)\n"
