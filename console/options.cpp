@@ -18,6 +18,14 @@ class HelpFormatter : public CLI::Formatter {
   }
 };
 
+Answer wrong(const std::string& problem) {
+  return {"console: " + problem + "\nRun console --help for the options.\n", 2};
+}
+
+Answer wrong_version() {
+  return wrong("a host's version is a positive number, such as 2012.1");
+}
+
 }  // namespace
 
 std::string default_plugin_file() {
@@ -57,36 +65,26 @@ std::variant<Options, Answer> parse_options(int count, const char* const* words,
 
   try {
     app.parse(count, words);
+  } catch (const CLI::ConversionError&) {
+    return wrong_version();  // the one option with a number
   } catch (const CLI::ParseError& error) {
     std::ostringstream out;
     std::ostringstream err;
     const bool wanted = app.exit(error, out, err) == 0;
-    if (wanted) return Answer{out.str(), 0};
-    return Answer{
-        "console: " + std::string(error.what()) + "\nRun console --help for the options.\n", 2};
+    return wanted ? Answer{out.str(), 0} : wrong(error.what());
   }
-  if (!std::isfinite(options.host_version) || options.host_version <= 0) {
-    return Answer{
-        "console: a host's version is a positive number, such as 2012.1\n"
-        "Run console --help for the options.\n",
-        2};
-  }
+  if (!std::isfinite(options.host_version) || options.host_version <= 0) return wrong_version();
   std::vector<std::string> rest = app.remaining();
   if (!rest.empty() && rest.front() == "--") {
     rest.erase(rest.begin());
   } else if (!rest.empty() && rest.front().starts_with("-") && rest.front() != "-") {
-    return Answer{
-        "console: there is no option " + rest.front() + "\nRun console --help for the options.\n",
-        2};
+    return wrong("there is no option " + rest.front());
   }
   if (!rest.empty()) {
     options.program = rest.front();
     options.arguments.assign(rest.begin() + 1, rest.end());
   } else if (!options.lists_classes) {
-    return Answer{
-        "console: name a program file to run, or --classes.\n"
-        "Run console --help for the options.\n",
-        2};
+    return wrong("name a program file to run, or --classes.");
   }
   return options;
 }

@@ -299,7 +299,7 @@ ExpressionPointer ExpressionParser::primary() {
 ExpressionPointer ExpressionParser::literal(const Token& token) {
   LiteralSyntax form;
   if (token.kind == TokenKind::integer) {
-    if (token.needs_minus) fail(token.position, "the number is too large for an Int64");
+    if (token.needs_minus) fail(token.position, too_large_for_int64);
     if (token.is_wide) {
       form.value = token.integer;
     } else {

@@ -125,7 +125,7 @@ class LineLexer {
     }
     // A letter behind the point would be a member.
     if (peek() == '.' && !is_letter(peek(1))) {
-      fail(at_, "a number has digits on both sides of its point, as in 1.0");
+      fail(at_, "a number has digits behind its point, as in 1.0");
     }
     const bool signed_exponent = (peek(1) == '+' || peek(1) == '-') && is_digit(peek(2));
     if ((peek() == 'e' || peek() == 'E') && (is_digit(peek(1)) || signed_exponent)) {
@@ -145,7 +145,7 @@ class LineLexer {
       const auto [end, error] = std::from_chars(first, last, value);
       constexpr std::uint64_t beyond = std::uint64_t{1} << 63U;
       if (error != std::errc() || value > beyond) {
-        fail(start_, "the number is too large for an Int64");
+        fail(start_, too_large_for_int64);
       }
       token.needs_minus = value == beyond;
       token.integer = static_cast<std::int64_t>(value);
@@ -159,9 +159,7 @@ class LineLexer {
       if (peek() == '"') {
         if (peek(1) != '"') {
           ++at_;
-          if (!utf8::is_valid(text.begin(), text.end())) {
-            fail(start_, "the string is not valid UTF-8");
-          }
+          require_utf8(start_, at_);
           add(TokenKind::string).text = std::move(text);
           return;
         }
@@ -170,6 +168,14 @@ class LineLexer {
       text += peek();
     }
     fail(start_, "the string has no closing quote on its line");
+  }
+
+  void require_utf8(std::size_t first, std::size_t last) const {
+    const std::string_view part = line_.substr(first, last - first);
+    const auto invalid = utf8::find_invalid(part.begin(), part.end());
+    if (invalid != part.end()) {
+      fail_at_byte(first + static_cast<std::size_t>(invalid - part.begin()));
+    }
   }
 
   // &h, &b, &o, &c, &u; a lone "&" is no operator here.
@@ -252,8 +258,11 @@ class LineLexer {
       fail(at_, "the character U+" + hexadecimal(code, code > 0xFFFF ? 6 : 4) +
                     " can stand only in strings and comments");
     }
-    fail(at_, "the byte &h" + hexadecimal(byte, 2) +
-                  " cannot be part of a program, which is text in UTF-8");
+    fail_at_byte(at_);
+  }
+  [[noreturn]] void fail_at_byte(std::size_t at) const {
+    fail(at, "the byte &h" + hexadecimal(static_cast<unsigned char>(line_[at]), 2) +
+                 " cannot be part of a program, which is text in UTF-8: save the file as that");
   }
   bool well_formed_at(std::size_t at) const {
     const auto begin = line_.begin() + static_cast<std::ptrdiff_t>(at);

@@ -15,6 +15,10 @@ namespace {
 
 struct TooManyErrors {};
 
+const char* loop_name(LeaveTarget loop) {
+  return loop == LeaveTarget::for_ ? "For" : loop == LeaveTarget::while_ ? "While" : "Do";
+}
+
 // Whether one of several conditions holds, asked in their order. The tree is balanced, so that a
 // long list does not make a deep one.
 Code any_of(std::vector<Code> conditions, Position position) {
@@ -448,8 +452,19 @@ StatementCode StatementChecker::try_(const TrySyntax& syntax, Position position)
                   position);
 }
 
+const char* StatementChecker::way_to_leave(RoutineKind kind) {
+  switch (kind) {
+    case RoutineKind::sub:
+      return "; Exit Sub leaves the Sub";
+    case RoutineKind::function:
+      return "; Return leaves the Function";
+    case RoutineKind::program:
+      break;
+  }
+  return "; Return ends the program";
+}
+
 StatementCode StatementChecker::leave(Flow flow, LeaveTarget target, Position position) {
-  const char* word = flow == Flow::exit ? "Exit" : "Continue";
   if (target == LeaveTarget::sub || target == LeaveTarget::function) {
     const bool is_sub = target == LeaveTarget::sub;
     if (is_sub != (kind_ == RoutineKind::sub)) {
@@ -463,7 +478,13 @@ StatementCode StatementChecker::leave(Flow flow, LeaveTarget target, Position po
       return make_leave(flow, loop->number, position);
     }
   }
-  throw SourceError(position, std::string(word) + " outside of such a loop");
+  const char* word = flow == Flow::exit ? "Exit" : "Continue";
+  if (target == LeaveTarget::innermost) {
+    throw SourceError(position, std::string(word) + " outside of a loop" +
+                                    (flow == Flow::exit ? way_to_leave(kind_) : ""));
+  }
+  const std::string loop = loop_name(target);
+  throw SourceError(position, std::string(word) + " " + loop + " outside of a " + loop);
 }
 
 StatementCode StatementChecker::raise(const RaiseSyntax& syntax, Position position) {

@@ -61,6 +61,7 @@ class StatementChecker {
   StatementCode select(const SelectSyntax& syntax, Position position);
   Code case_test(const SelectSyntax::Test& test, const Type& type, int slot);
   StatementCode try_(const TrySyntax& syntax, Position position);
+  static const char* way_to_leave(RoutineKind kind);
   StatementCode leave(Flow flow, LeaveTarget target, Position position);
   StatementCode raise(const RaiseSyntax& syntax, Position position);
   StatementCode return_(const ReturnSyntax& syntax, Position position);

@@ -43,6 +43,10 @@ struct Token {
   }
 };
 
+// For an integer literal that neither is one nor becomes one behind a minus.
+inline constexpr const char* too_large_for_int64 =
+    "the number is too large for an Int64; with .0 behind it, it is a Double";
+
 // For messages: "the name x", "the end of the line".
 std::string describe(const Token& token);
 

@@ -86,6 +86,14 @@ TEST_F(Console, wrong_options_say_what_to_do) {
   }
 }
 
+TEST_F(Console, a_host_version_that_is_none_is_shown_one) {
+  for (const char* words : {"--host-version abc p.rbs", "--host-version -1 p.rbs"}) {
+    EXPECT_THAT(run(words).err,
+                StartsWith("console: a host's version is a positive number, such as 2012.1\n"))
+        << words;
+  }
+}
+
 TEST_F(Console, help_and_version_are_answers) {
   const Result help = run("--help");
   EXPECT_EQ(help.status, 0);

@@ -184,9 +184,13 @@ TEST(Continue, goes_on_with_the_innermost_or_the_named_loop) {
 }
 
 TEST(Leaving, outside_of_a_loop_is_an_error) {
-  EXPECT_THAT(error_of("Exit"), HasSubstr("Exit outside of such a loop"));
+  EXPECT_EQ(error_of("Exit"), "Exit outside of a loop; Return ends the program");
+  EXPECT_EQ(error_of("Sub S()\nExit\nEnd Sub"), "Exit outside of a loop; Exit Sub leaves the Sub");
+  EXPECT_EQ(error_of("Function F() As Integer\nExit\nEnd Function"),
+            "Exit outside of a loop; Return leaves the Function");
+  EXPECT_EQ(error_of("Continue"), "Continue outside of a loop");
   EXPECT_THAT(error_of("For i As Integer = 1 To 2\nContinue While\nNext"),
-              HasSubstr("Continue outside of such a loop"));
+              HasSubstr("Continue While outside of a While"));
   EXPECT_THAT(error_of("Exit Sub"), HasSubstr("outside of a Sub"));
 }
 
