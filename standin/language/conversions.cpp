@@ -8,6 +8,7 @@
 
 #include "language/array_literal.h"
 #include "language/machine.h"
+#include "language/variant_operators.h"
 #include "runtime/arrays.h"
 #include "runtime/host.h"
 #include "runtime/variants.h"
@@ -166,6 +167,7 @@ class FromVariant final : public Expression {
   Value value(Frame& frame) const override {
     const Value held = operand_->value(frame);
     const REALobject variant = held.as_variant();
+    if (type().kind != TypeKind::object) require_primitive(variant);
     switch (type().kind) {
       case TypeKind::boolean:
         return Value::of_boolean(to_boolean(variant));

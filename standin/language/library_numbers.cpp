@@ -39,8 +39,14 @@ Value str_double(const RoutineCall& call) {
 Value str_currency(const RoutineCall& call) {
   return text(currency_text(call.arguments[0].as_currency()));
 }
+// A Variant that must be a number or a text.
+REALobject primitive(const RoutineCall& call) {
+  require_primitive(call.object(0));
+  return call.object(0);
+}
+
 Value str_variant(const RoutineCall& call) {
-  return Value::of_string(to_string(call.object(0)));
+  return Value::of_string(to_string(primitive(call)));
 }
 Value str_string(const RoutineCall& call) {
   return Value::of_string(StringRef::share(call.string(0)));
@@ -72,7 +78,7 @@ Value int64_in_base(const RoutineCall& call) {
 // 64 bits only of what needs them.
 template <unsigned bits_a_digit>
 Value variant_in_base(const RoutineCall& call) {
-  const std::int64_t value = to_int64(call.object(0));
+  const std::int64_t value = to_int64(primitive(call));
   const auto narrow = static_cast<std::int32_t>(value);
   return digits<bits_a_digit>(narrow == value ? static_cast<std::uint32_t>(narrow)
                                               : static_cast<std::uint64_t>(value));
@@ -92,7 +98,7 @@ Value abs_double(const RoutineCall& call) {
 }
 
 Value abs_variant(const RoutineCall& call) {
-  return Value::of_double(std::fabs(to_double(call.object(0))));
+  return Value::of_double(std::fabs(to_double(primitive(call))));
 }
 
 // Which of two arguments `Min` or `Max` goes on with; NaN only if there is nothing else.

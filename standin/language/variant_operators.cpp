@@ -23,6 +23,7 @@ bool is_string(REALobject variant) {
 
 // The number type that a Variant is calculated with.
 VariantType number_type(REALobject variant) {
+  require_primitive(variant);
   switch (variant_type(variant)) {
     case VariantType::nil:
     case VariantType::boolean:
@@ -35,8 +36,6 @@ VariantType number_type(REALobject variant) {
       return VariantType::currency;
     case VariantType::single:
       return VariantType::single;
-    case VariantType::object:
-      raise("TypeMismatchException", "an object cannot be calculated with");
     default:
       return VariantType::double_;
   }
@@ -134,6 +133,13 @@ std::int64_t multiply_currency(std::int64_t a, std::int64_t b) {
   if (std::fabs(estimate) > 9.0e18) return saturate_int64(estimate);
   const double fraction = static_cast<double>(a) * static_cast<double>(rest) / 10000.0;
   return Add::apply(Multiply::apply(a, whole), saturate_int64(std::round(fraction)));
+}
+
+void require_primitive(REALobject variant) {
+  if (!is_object(variant)) return;
+  const ClassInfo* class_info = class_of(to_object(variant));
+  raise("TypeMismatchException", (class_info == nullptr ? "an object" : "a " + class_info->name()) +
+                                     " is neither a number nor a text");
 }
 
 ObjectRef variant_arithmetic(BinaryOperator operation, REALobject a, REALobject b) {

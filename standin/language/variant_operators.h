@@ -7,6 +7,9 @@
 
 namespace standin::language {
 
+// Raises TypeMismatchException for an object that is no Date: it has neither a number nor a text.
+void require_primitive(REALobject variant);
+
 // `+ - * / \ Mod ^`: two strings join under `+`; otherwise both are taken as numbers, of the wider
 // of their types, strings and Dates as Double, Nil as 0. An object has no number:
 // TypeMismatchException.

@@ -231,4 +231,18 @@ TEST(Variants, nil_equals_only_nil) {
             "TrueTrueTrue\nFalseFalseTrue\n");
 }
 
+TEST(Variants, that_hold_an_object_are_neither_numbers_nor_texts) {
+  const std::string object = "Dim v As Variant = New Dictionary\nDim w As Variant = 1\n";
+  const std::string refusal = "TypeMismatchException: a Dictionary is neither a number nor a text";
+  for (const char* use :
+       {"w = v + w", "w = v + 1", "w = 1.5 * v", "w = v < 2", "w = v + \"a\"",
+        "Dim i As Integer = v", "Dim s As String = v", "If v Then Print \"\"", "Print Str(v)",
+        "Print CStr(New Dictionary)", "Print Hex(v)", "w = Abs(v)"}) {
+    EXPECT_EQ(exception_of(object + use), refusal) << use;
+  }
+  EXPECT_EQ(output_of("Dim v As Variant = New Date\nDim d As Double = v\nPrint Str(d > 0) + "
+                      "Str(Len(v)) + Str(Str(v) = v)"),
+            "True19True\n");
+}
+
 }  // namespace
