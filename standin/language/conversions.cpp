@@ -8,39 +8,22 @@
 
 #include "language/array_literal.h"
 #include "language/machine.h"
+#include "language/number_types.h"
 #include "language/variant_operators.h"
 #include "runtime/arrays.h"
+#include "runtime/currency.h"
 #include "runtime/host.h"
 #include "runtime/variants.h"
 
 namespace standin::language {
 namespace {
 
-constexpr double currency_scale = 10000;
-
-// Number types from narrow to wide.
-int width(TypeKind kind) {
-  switch (kind) {
-    case TypeKind::integer:
-      return 0;
-    case TypeKind::int64:
-      return 1;
-    case TypeKind::currency:
-      return 2;
-    case TypeKind::single:
-      return 3;
-    case TypeKind::double_:
-      return 4;
-    default:
-      return -1;
-  }
-}
-
 std::int64_t scaled(double value) {
-  return saturate_int64(std::round(value * currency_scale));
+  return saturate_int64(std::round(value * real_currency_scale));
 }
 std::int64_t scaled(std::int64_t value) {
-  return static_cast<std::int64_t>(static_cast<std::uint64_t>(value) * 10000U);
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(value) *
+                                   static_cast<std::uint64_t>(currency_scale));
 }
 
 // A number of any type as the two that carry all of them.
@@ -51,7 +34,7 @@ double as_real(const Value& value) {
     case TypeKind::int64:
       return static_cast<double>(value.as_int64());
     case TypeKind::currency:
-      return static_cast<double>(value.as_currency()) / currency_scale;
+      return static_cast<double>(value.as_currency()) / real_currency_scale;
     case TypeKind::single:
       return static_cast<double>(value.as_single());
     default:
@@ -65,7 +48,7 @@ std::int64_t as_whole(const Value& value) {
     case TypeKind::int64:
       return value.as_int64();
     case TypeKind::currency:
-      return value.as_currency() / 10000;
+      return value.as_currency() / currency_scale;
     case TypeKind::single:
       return saturate_int64(static_cast<double>(value.as_single()));
     default:
@@ -470,17 +453,6 @@ Code cast(Code expression, const Type& to, Position position) {
     throw SourceError(position, described_type(*expression) + " can never be a " + name(to));
   }
   return std::make_unique<AsClass>(std::move(expression), to, true);
-}
-
-Type common_number_type(const Type& a, const Type& b) {
-  if (a == b) return a;
-  const Type& wider = width(a.kind) > width(b.kind) ? a : b;
-  const Type& narrower = width(a.kind) > width(b.kind) ? b : a;
-  // A Single cannot hold every Int64 or Currency.
-  if (wider.kind == TypeKind::single && narrower.kind != TypeKind::integer) {
-    return Type::of(TypeKind::double_);
-  }
-  return wider;
 }
 
 Code folded(Code expression, bool operands_are_literals) {

@@ -29,9 +29,6 @@ Code convert_index(Code expression, Position position);
 // `C(x)`: to a class, checked when the program runs; also through Operator_Convert.
 Code cast(Code expression, const Type& to, Position position);
 
-// The narrowest number type that both convert to without losing size.
-Type common_number_type(const Type& a, const Type& b);
-
 // An expression whose operands are literals, computed; otherwise the expression itself.
 Code folded(Code expression, bool operands_are_literals);
 

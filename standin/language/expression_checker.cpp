@@ -13,6 +13,7 @@
 #include "language/library.h"
 #include "language/located.h"
 #include "language/method_candidates.h"
+#include "language/number_types.h"
 #include "language/operators.h"
 #include "language/overloads.h"
 #include "language/refused.h"
@@ -189,7 +190,7 @@ Code ExpressionChecker::array_literal(std::vector<Code> elements, Position posit
     const Type& other = element->type();
     if (element->type() == type) continue;
     if (type.is_number() && other.is_number()) {
-      type = common_number_type(type, other);
+      type = Type::of(common_number_type(type.kind, other.kind));
     } else if (type.kind == TypeKind::object && other.kind == TypeKind::object) {
       type = Type::of_class(nullptr);
     } else {

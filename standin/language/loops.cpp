@@ -5,6 +5,7 @@
 #include "language/control.h"
 #include "language/machine.h"
 #include "runtime/arrays.h"
+#include "runtime/currency.h"
 
 namespace standin::language {
 namespace {
@@ -34,7 +35,7 @@ struct Int64Counter {
 };
 struct CurrencyCounter {
   using Number = std::int64_t;
-  static constexpr Number one = 10000;
+  static constexpr Number one = currency_scale;
   static Number evaluate(const Expression& code, Frame& frame) {
     return code.value(frame).as_currency();
   }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "language/conversions.h"
+#include "language/number_types.h"
 #include "language/operator_nodes.h"
 #include "language/text.h"
 #include "language/variant_operators.h"
@@ -166,7 +167,7 @@ class BinaryMaker {
   }
 
   Code on_numbers() {
-    const Type type = common_number_type(left_->type(), right_->type());
+    const Type type = Type::of(common_number_type(left_->type().kind, right_->type().kind));
     const bool whole = operation_ == BinaryOperator::integer_divide ||
                        operation_ == BinaryOperator::modulo || is_logical(operation_);
     if (is_comparison(operation_)) return number_comparison(type);

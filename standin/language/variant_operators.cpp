@@ -6,8 +6,10 @@
 #include <limits>
 
 #include "language/number_operators.h"
+#include "language/number_types.h"
 #include "language/text.h"
 #include "runtime/classes.h"
+#include "runtime/currency.h"
 #include "runtime/strings.h"
 #include "runtime/variants.h"
 
@@ -22,45 +24,27 @@ bool is_string(REALobject variant) {
 }
 
 // The number type that a Variant is calculated with.
-VariantType number_type(REALobject variant) {
+TypeKind number_type(REALobject variant) {
   require_primitive(variant);
   switch (variant_type(variant)) {
     case VariantType::nil:
     case VariantType::boolean:
     case VariantType::integer:
-      return VariantType::integer;
+      return TypeKind::integer;
     case VariantType::color:
     case VariantType::int64:
-      return VariantType::int64;
+      return TypeKind::int64;
     case VariantType::currency:
-      return VariantType::currency;
+      return TypeKind::currency;
     case VariantType::single:
-      return VariantType::single;
+      return TypeKind::single;
     default:
-      return VariantType::double_;
+      return TypeKind::double_;
   }
 }
 
-// The codes rise with the width, but for Currency.
-VariantType common_type(VariantType a, VariantType b) {
-  const auto rank = [](VariantType type) {
-    switch (type) {
-      case VariantType::integer:
-        return 0;
-      case VariantType::int64:
-        return 1;
-      case VariantType::currency:
-        return 2;
-      case VariantType::single:
-        return 3;
-      default:
-        return 4;
-    }
-  };
-  const VariantType wider = rank(a) > rank(b) ? a : b;
-  const VariantType narrower = rank(a) > rank(b) ? b : a;
-  const bool fits = narrower == wider || narrower == VariantType::integer;
-  return wider == VariantType::single && !fits ? VariantType::double_ : wider;
+TypeKind common_type(REALobject a, REALobject b) {
+  return common_number_type(number_type(a), number_type(b));
 }
 
 template <class Number>
@@ -109,29 +93,25 @@ int sorting_group(REALobject variant) {
 long double exact_number(REALobject variant) {
   static_assert(std::numeric_limits<long double>::digits >= 64);
   switch (number_type(variant)) {
-    case VariantType::integer:
-    case VariantType::int64:
+    case TypeKind::integer:
+    case TypeKind::int64:
       return static_cast<long double>(to_int64(variant));
-    case VariantType::currency:
-      return static_cast<long double>(to_currency(variant)) / 10000;
+    case TypeKind::currency:
+      return static_cast<long double>(to_currency(variant)) / real_currency_scale;
     default:
       return to_double(variant);
   }
-}
-
-bool in_int32(VariantType type) {
-  return type == VariantType::integer;
 }
 
 }  // namespace
 
 std::int64_t multiply_currency(std::int64_t a, std::int64_t b) {
   // Whole units and the rest apart, so that the product of ordinary amounts is exact.
-  const std::int64_t whole = b / 10000;
-  const std::int64_t rest = b % 10000;
-  const double estimate = static_cast<double>(a) * (static_cast<double>(b) / 10000.0);
+  const std::int64_t whole = b / currency_scale;
+  const std::int64_t rest = b % currency_scale;
+  const double estimate = static_cast<double>(a) * (static_cast<double>(b) / real_currency_scale);
   if (std::fabs(estimate) > 9.0e18) return saturate_int64(estimate);
-  const double fraction = static_cast<double>(a) * static_cast<double>(rest) / 10000.0;
+  const double fraction = static_cast<double>(a) * static_cast<double>(rest) / real_currency_scale;
   return Add::apply(Multiply::apply(a, whole), saturate_int64(std::round(fraction)));
 }
 
@@ -146,7 +126,7 @@ ObjectRef variant_arithmetic(BinaryOperator operation, REALobject a, REALobject 
   if (operation == BinaryOperator::add && is_string(a) && is_string(b)) {
     return variant_from_string(join(to_string(a).get(), to_string(b).get()).get());
   }
-  const VariantType type = common_type(number_type(a), number_type(b));
+  const TypeKind type = common_type(a, b);
   if (operation == BinaryOperator::divide) {
     return variant_from_double(Divide::apply(to_double(a), to_double(b)));
   }
@@ -155,13 +135,13 @@ ObjectRef variant_arithmetic(BinaryOperator operation, REALobject a, REALobject 
   }
   const bool whole =
       operation == BinaryOperator::integer_divide || operation == BinaryOperator::modulo;
-  if (in_int32(type)) {
+  if (type == TypeKind::integer) {
     return variant_from_integer(integer_arithmetic(operation, to_int32(a), to_int32(b)));
   }
-  if (type == VariantType::int64 || whole) {
+  if (type == TypeKind::int64 || whole) {
     return variant_from_int64(integer_arithmetic(operation, to_int64(a), to_int64(b)));
   }
-  if (type == VariantType::currency) {
+  if (type == TypeKind::currency) {
     const std::int64_t x = to_currency(a);
     const std::int64_t y = to_currency(b);
     return variant_from_currency(operation == BinaryOperator::multiply
@@ -169,8 +149,8 @@ ObjectRef variant_arithmetic(BinaryOperator operation, REALobject a, REALobject 
                                      : integer_arithmetic(operation, x, y));
   }
   const double result = real_arithmetic(operation, to_double(a), to_double(b));
-  return type == VariantType::single ? variant_from_single(static_cast<float>(result))
-                                     : variant_from_double(result);
+  return type == TypeKind::single ? variant_from_single(static_cast<float>(result))
+                                  : variant_from_double(result);
 }
 
 bool variant_comparison(BinaryOperator operation, REALobject a, REALobject b) {
@@ -184,8 +164,8 @@ bool variant_comparison(BinaryOperator operation, REALobject a, REALobject b) {
   if (is_string(a) && is_string(b)) {
     return holds(operation, compare(to_string(a).get(), to_string(b).get()));
   }
-  const VariantType type = common_type(number_type(a), number_type(b));
-  if (in_int32(type) || type == VariantType::int64) {
+  const TypeKind type = common_type(a, b);
+  if (type == TypeKind::integer || type == TypeKind::int64) {
     const std::int64_t x = to_int64(a);
     const std::int64_t y = to_int64(b);
     return holds(operation, x == y ? 0 : x < y ? -1 : 1);
@@ -218,7 +198,7 @@ ObjectRef variant_logic(BinaryOperator operation, REALobject a, REALobject b) {
   if (logical) {
     return variant_from_boolean(apply(to_int32(a), to_int32(b)) != 0);
   }
-  if (in_int32(common_type(number_type(a), number_type(b)))) {
+  if (common_type(a, b) == TypeKind::integer) {
     return variant_from_integer(apply(to_int32(a), to_int32(b)));
   }
   return variant_from_int64(apply(to_int64(a), to_int64(b)));
@@ -226,13 +206,13 @@ ObjectRef variant_logic(BinaryOperator operation, REALobject a, REALobject b) {
 
 ObjectRef variant_not(REALobject a) {
   if (variant_type(a) == VariantType::boolean) return variant_from_boolean(!to_boolean(a));
-  if (in_int32(number_type(a))) return variant_from_integer(~to_int32(a));
+  if (number_type(a) == TypeKind::integer) return variant_from_integer(~to_int32(a));
   return variant_from_int64(~to_int64(a));
 }
 
 ObjectRef variant_minus(REALobject a) {
   const ObjectRef zero = variant_from_integer(0);
-  if (number_type(a) == VariantType::double_) return variant_from_double(-to_double(a));
+  if (number_type(a) == TypeKind::double_) return variant_from_double(-to_double(a));
   return variant_arithmetic(BinaryOperator::subtract, zero.get(), a);
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "runtime/arrays.h"
+#include "runtime/currency.h"
 #include "runtime/exceptions.h"
 #include "runtime/host.h"
 #include "runtime/native_classes.h"
@@ -42,7 +43,7 @@ NumberKey number_key(REALobject key, VariantType type) {
       return {true, to_int64(key), 0};
     case VariantType::currency: {
       const std::int64_t scaled = to_currency(key);
-      if (scaled % 10000 == 0) return {true, scaled / 10000, 0};
+      if (scaled % currency_scale == 0) return {true, scaled / currency_scale, 0};
       return number_key(to_double(key));
     }
     default:

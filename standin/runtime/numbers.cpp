@@ -6,6 +6,7 @@
 #include <limits>
 #include <string>
 
+#include "runtime/currency.h"
 #include "runtime/variants.h"
 
 namespace standin {
@@ -75,13 +76,14 @@ std::string number_text(float value) {
 }
 
 std::string currency_text(std::int64_t scaled) {
+  constexpr auto scale = static_cast<std::uint64_t>(currency_scale);
   const bool negative = scaled < 0;
   // The smallest number has no positive counterpart.
   const std::uint64_t magnitude =
       negative ? 0 - static_cast<std::uint64_t>(scaled) : static_cast<std::uint64_t>(scaled);
-  std::string result = (negative ? "-" : "") + std::to_string(magnitude / 10000);
+  std::string result = (negative ? "-" : "") + std::to_string(magnitude / scale);
   char decimals[16];
-  std::snprintf(decimals, sizeof decimals, "%04u", static_cast<unsigned>(magnitude % 10000));
+  std::snprintf(decimals, sizeof decimals, "%04u", static_cast<unsigned>(magnitude % scale));
   std::string fraction = decimals;
   while (!fraction.empty() && fraction.back() == '0') fraction.pop_back();
   return fraction.empty() ? result : result + "." + fraction;

@@ -89,7 +89,6 @@ class Value {
   // With a lock of the caller's own.
   StringRef share_string() const { return StringRef::share(as_string()); }
   ObjectRef share_object() const { return ObjectRef::share(as_object()); }
-  ArrayRef share_array() const { return ArrayRef::share(as_array()); }
 
   void swap(Value& other) noexcept {
     std::swap(kind_, other.kind_);

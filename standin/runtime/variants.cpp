@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "runtime/blocks.h"
+#include "runtime/currency.h"
 #include "runtime/date.h"
 #include "runtime/encodings.h"
 #include "runtime/exceptions.h"
@@ -28,8 +29,6 @@ ObjectRef adopt(VariantBox* box) {
   return ObjectRef::adopt(&box->header);
 }
 
-constexpr double currency_scale = 10000;
-
 // The text of a string variant.
 std::string text_of(const VariantBox& box) {
   return utf8(box.string);
@@ -51,7 +50,7 @@ double number_of(REALobject variant) {
     case VariantType::double_:
       return box.double_;
     case VariantType::currency:
-      return static_cast<double>(box.int64) / currency_scale;
+      return static_cast<double>(box.int64) / real_currency_scale;
     case VariantType::boolean:
       return box.boolean ? 1 : 0;
     case VariantType::color:
@@ -125,9 +124,9 @@ ObjectRef variant_from_double(double value) {
   return adopt(box);
 }
 
-ObjectRef variant_from_currency(std::int64_t scaled_by_10000) {
+ObjectRef variant_from_currency(std::int64_t scaled) {
   VariantBox* box = make_box(VariantType::currency);
-  box->int64 = scaled_by_10000;
+  box->int64 = scaled;
   return adopt(box);
 }
 
@@ -181,7 +180,7 @@ std::int64_t to_int64(REALobject variant) {
     const VariantBox& box = *box_of(variant);
     // Beyond 2^53 a double would not be exact.
     if (box.type == VariantType::int64) return box.int64;
-    if (box.type == VariantType::currency) return box.int64 / 10000;
+    if (box.type == VariantType::currency) return box.int64 / currency_scale;
     if (box.type == VariantType::string) return parse_integer(text_of(box));
   }
   return saturate_int64(number_of(variant));
@@ -202,7 +201,7 @@ std::int64_t to_currency(REALobject variant) {
   if (is_box(variant) && box_of(variant)->type == VariantType::currency) {
     return box_of(variant)->int64;
   }
-  return saturate_int64(std::round(number_of(variant) * currency_scale));
+  return saturate_int64(std::round(number_of(variant) * real_currency_scale));
 }
 
 bool to_boolean(REALobject variant) {

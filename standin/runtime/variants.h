@@ -19,7 +19,7 @@ ObjectRef variant_from_integer(std::int32_t value);
 ObjectRef variant_from_int64(std::int64_t value);
 ObjectRef variant_from_single(float value);
 ObjectRef variant_from_double(double value);
-ObjectRef variant_from_currency(std::int64_t scaled_by_10000);
+ObjectRef variant_from_currency(std::int64_t scaled);
 ObjectRef variant_from_color(std::uint32_t rgb);
 // Locks the string. A null string gives a variant that holds "".
 ObjectRef variant_from_string(REALstring string);
@@ -61,7 +61,7 @@ ObjectRef from_value(const Value& value);
 // A number's text, as variants convert it.
 std::string number_text(double value);
 std::string number_text(float value);
-std::string currency_text(std::int64_t scaled_by_10000);
+std::string currency_text(std::int64_t scaled);
 std::string color_text(std::uint32_t rgb);
 // Whether a text is a number and nothing else but blanks around it.
 bool is_number_text(std::string_view text);
