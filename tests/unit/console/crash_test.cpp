@@ -39,6 +39,14 @@ TEST_F(Crash, of_another_sort_is_told_too) {
   EXPECT_THAT(result.err, StartsWith("crash.rbs:2: the plugin crashed here (aborted)\n"));
 }
 
+TEST_F(Crash, before_the_program_runs_is_told_without_a_line) {
+  write("good.rbs", "Print \"ran\"\n");
+  const Result result = run("--plugin '" ZRB_CRASHING_PLUGIN "' good.rbs");
+  EXPECT_EQ(result.signal, SIGSEGV);
+  EXPECT_THAT(result.err, StartsWith("console: the plugin crashed outside of the program's "
+                                     "statements (segmentation fault)\n"));
+}
+
 TEST_F(Crash, leaves_all_that_was_printed) {
   const Result result = run_crashing(
       "For i As Integer = 1 To 30000\n  Print \"line\"\nNext\nStdOut.Write \"end\"\nr.Crash\n");
