@@ -281,6 +281,7 @@ class HashedStorage : public Usable, private NodeRemoval<HashedStorage<Key, Valu
   using Removal = NodeRemoval<HashedStorage>;
   using Removal::destroy_or_put_off;
   using Removal::finish_work;
+  using Removal::has_put_off;
   using typename Removal::RemovedNodes;
 
   using Walk = ElementWalk<Element>;
@@ -339,7 +340,7 @@ class HashedStorage : public Usable, private NodeRemoval<HashedStorage<Key, Valu
 
   // Unless nodes are in use, or are looked at by an operation around this one.
   void release_memory() {
-    if (size_ == 0 && !is_used_by_several()) memory_.release_all();
+    if (size_ == 0 && !has_put_off() && !is_used_by_several()) memory_.release_all();
   }
 
   // Takes the elements out with the array of buckets itself: a walk goes through that faster than

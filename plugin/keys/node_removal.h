@@ -66,6 +66,9 @@ class NodeRemoval {
     }
   }
 
+  /// Whether nodes that were taken out are still in memory, although the storage is empty.
+  bool has_put_off() const { return put_off_ != no_node; }
+
   /// What was put off: for the end of the outermost operation.
   [[gnu::cold]] void finish_work() {
     finish_despite_exceptions([this] { destroy_chain(put_off_); });
@@ -101,7 +104,7 @@ class NodeRemoval {
     }
   }
 
-  NodeLink put_off_ = no_node;  // a chain, empty where only one operation runs
+  NodeLink put_off_ = no_node;  // a chain
 };
 
 #endif

@@ -225,7 +225,7 @@ class OrderedStorage : public Usable, private NodeRemoval<OrderedStorage<Key, Va
         destroy_all(rest);
       }
     }
-    if (size_ == 0 && !is_used_by_several()) tree_.memory().release_all();
+    if (size_ == 0 && !has_put_off() && !is_used_by_several()) tree_.memory().release_all();
   }
 
   /// Takes on the elements of another tree, which must be plain, into this empty one. O(n).
@@ -272,6 +272,7 @@ class OrderedStorage : public Usable, private NodeRemoval<OrderedStorage<Key, Va
   using Removal = NodeRemoval<OrderedStorage>;
   using Removal::destroy_or_put_off;
   using Removal::finish_work;
+  using Removal::has_put_off;
   using typename Removal::RemovedNodes;
 
   using Descent = PlainDescent<Element, Less>;

@@ -68,6 +68,23 @@ TYPED_TEST(StorageInUse, clears_although_an_element_adds_and_removes_others_as_i
   EXPECT_TRUE(check(set));
 }
 
+// Elements that wait for the end of the outer call are still in the memory that it would give back.
+TYPED_TEST(StorageInUse, shares_no_memory_although_an_element_clears_it_again_as_it_dies) {
+  TypeParam set;
+  this->add(set, 1);
+  CallingKey::on_destruction = [&] {
+    this->add(set, 3);
+    set.clear();
+  };
+  set.clear();
+  EXPECT_EQ(CallingKey::alive, 0);
+  TypeParam another;
+  this->add(another, 10);
+  this->add(set, 10);
+  this->expect_first(another, 10);
+  this->expect_first(set, 10);
+}
+
 TYPED_TEST(StorageInUse, keeps_what_an_element_adds_as_it_dies) {
   TypeParam set;
   this->add(set, 100);
