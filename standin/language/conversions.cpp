@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cmath>
 #include <utility>
 
@@ -365,6 +366,7 @@ Code convert_number(Code expression, const Type& to) {
 }
 
 Code convert_elements(Code expression, const Type& to, Position position) {
+  assert(to.kind == TypeKind::array && to.element != nullptr);
   std::vector<Code> elements = static_cast<ArrayLiteral&>(*expression).take_elements();
   for (Code& element : elements) element = convert(std::move(element), *to.element, position);
   return std::make_unique<ArrayLiteral>(*to.element, std::move(elements));
