@@ -56,6 +56,16 @@ function(zrb_count_coverage)
     add_compile_options(-fprofile-instr-generate -fcoverage-mapping -fcoverage-mcdc)
   endif()
 endfunction()
+
+# zrb_count_until_raise(TARGET): counts are written when a program exits; this one writes them too
+# when it ends itself by a signal.
+function(zrb_count_until_raise target)
+  if(ZRB_COVERAGE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tools/coverage-report/count_until_raise.cpp)
+    target_link_options(${target} PRIVATE -Wl,--wrap=raise)
+  endif()
+endfunction()
+
 if(ZRB_COVERAGE)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_link_options(--coverage)

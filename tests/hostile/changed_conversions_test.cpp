@@ -79,13 +79,28 @@ class ChangedInsideAConversion : public support::ClassTest {
 };
 class SetChangedInsideAConversion : public ChangedInsideAConversion {};
 class MapChangedInsideAConversion : public ChangedInsideAConversion {};
-class MapChangedAsItIsCopied : public ChangedInsideAConversion {};
+class MapChangedAsItIsCopied : public ChangedInsideAConversion {
+ protected:
+  /// Calls of the host with which a copy of four entries locks them.
+  struct EntryLocks {
+    const char* service;
+    std::uint64_t first;
+    std::uint64_t count;
+  };
+  EntryLocks entry_locks() const {
+    const support::ContainerClass& c = container_class();
+    const std::uint64_t count = c.key == support::ElementType::integer ? 4 : 8;
+    if (c.key == support::ElementType::string || c.value == support::ElementType::string)
+      return {"REALLockString", 1, count};
+    return {"REALLockObject", 3, count};  // before, both maps are locked
+  }
+};
 ZRB_FOR_CLASSES(ChangedInsideAConversion, support::all_classes());
 ZRB_FOR_CLASSES(SetChangedInsideAConversion, support::set_classes());
 ZRB_FOR_CLASSES(MapChangedInsideAConversion, support::map_classes());
 ZRB_FOR_CLASSES(MapChangedAsItIsCopied,
                 support::classes_where([](const support::ContainerClass& c) {
-                  return c.is_map() && c.key != support::ElementType::integer;
+                  return c.is_map() && c.value != support::ElementType::integer;
                 }));
 
 TEST_P(ChangedInsideAConversion, an_export_is_given_up_when_each_array_made_adds_a_key) {
@@ -180,14 +195,12 @@ TEST_P(MapChangedInsideAConversion,
 // The entries of a copy are added one after the other, so the host can add another one between
 // them.
 TEST_P(MapChangedAsItIsCopied, a_copy_keeps_what_was_added_while_it_was_made) {
-  const bool has_string_keys = container_class().key == support::ElementType::string;
-  const char* const lock = has_string_keys ? "REALLockString" : "REALLockObject";
-  const std::uint64_t first = has_string_keys ? 1 : 3;  // before, both maps are locked
+  const EntryLocks locks = entry_locks();
   const Container other = make_with(4);
-  for (std::uint64_t n = first; n < first + 8; ++n) {
+  for (std::uint64_t n = locks.first; n < locks.first + locks.count; ++n) {
     SCOPED_TRACE(n);
     const Container map = make_with(0);
-    host().faults().call_at(lock, n, [&] { map.put(7); });
+    host().faults().call_at(locks.service, n, [&] { map.put(7); });
     map.call<void>("Constructor(other as {Class})", other.get());
     host().faults().clear();
     expect_whole(map, 5);
@@ -198,14 +211,12 @@ TEST_P(MapChangedAsItIsCopied, a_copy_keeps_what_was_added_while_it_was_made) {
 // The source owns its entries alone, so they die with their removal, unless the copy that is at one
 // of them keeps them.
 TEST_P(MapChangedAsItIsCopied, a_copy_reads_nothing_that_its_source_has_given_up) {
-  const bool has_string_keys = container_class().key == support::ElementType::string;
-  const char* const lock = has_string_keys ? "REALLockString" : "REALLockObject";
-  const std::uint64_t first = has_string_keys ? 1 : 3;  // before, both maps are locked
-  for (std::uint64_t n = first; n < first + 8; ++n) {
+  const EntryLocks locks = entry_locks();
+  for (std::uint64_t n = locks.first; n < locks.first + locks.count; ++n) {
     SCOPED_TRACE(n);
     const Container other = make_with(4);
     const Container map = make_with(0);
-    host().faults().call_at(lock, n, [&] { other.clear(); });
+    host().faults().call_at(locks.service, n, [&] { other.clear(); });
     map.call<void>("Constructor(other as {Class})", other.get());
     host().faults().clear();
     expect_whole(other, 0);
