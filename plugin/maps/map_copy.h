@@ -46,7 +46,7 @@ struct MapCopy {
       }
     }
     const InUse use(target);
-    if constexpr (C::is_ordered) {
+    if constexpr (C::is_ordered && !C::Storage::plain_elements) {
       typename C::Storage::Appender appender(target);
       source.for_each([&](const auto& element) {
         if (auto* copied = appender.append(element.key)) {
