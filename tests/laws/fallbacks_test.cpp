@@ -37,8 +37,10 @@ std::vector<KeyList> key_lists(ElementType type) {
     list.keys.push_back(type == ElementType::string ? support::string("\xE9", latin)
                                                     : support::variant_string("\xE9", latin));
     const auto raw = host_encoding::as_stored;
-    list.keys.push_back(type == ElementType::string ? support::string("ab", raw)
-                                                    : support::variant_string("ab", raw));
+    for (const std::string& bytes : {std::string("ab"), std::string(10'000, 'a')}) {
+      list.keys.push_back(type == ElementType::string ? support::string(bytes, raw)
+                                                      : support::variant_string(bytes, raw));
+    }
     const std::string_view wide = "a\0\xE9\0"sv;  // UTF-16, low byte first
     const auto utf16 = host_encoding::utf16;
     list.keys.push_back(type == ElementType::string ? support::string(wide, utf16)

@@ -29,10 +29,14 @@ class MapCopy : public support::ClassTest {
   }
 };
 class OrderedMapCopy : public MapCopy {};
+class OrderedTextMapCopy : public MapCopy {};
 class HashedMapCopy : public MapCopy {};
 ZRB_FOR_CLASSES(MapCopy, support::map_classes());
 ZRB_FOR_CLASSES(OrderedMapCopy, support::classes_where([](const support::ContainerClass& c) {
                   return c.is_map() && c.is_ordered();
+                }));
+ZRB_FOR_CLASSES(OrderedTextMapCopy, support::classes_where([](const support::ContainerClass& c) {
+                  return c.is_map() && c.is_ordered() && c.key == support::ElementType::string;
                 }));
 ZRB_FOR_CLASSES(HashedMapCopy, support::classes_where([](const support::ContainerClass& c) {
                   return c.is_map() && c.is_hashed();
@@ -54,6 +58,14 @@ TEST_P(OrderedMapCopy, a_copy_keeps_the_order) {
   const Container source = make_with(100);
   EXPECT_EQ(clone(source).described_keys(), source.described_keys());
   EXPECT_EQ(copy(source).described_keys(), source.described_keys());
+}
+
+TEST_P(OrderedTextMapCopy, a_copy_reads_no_text) {
+  const Container source = make_with(100);
+  host().calls().reset();
+  const Container copies[] = {copy(source), clone(source)};
+  EXPECT_EQ(host().calls().of("PluginGetStringData"), 0U);
+  for (const Container& copied : copies) EXPECT_EQ(copied.count(), 100);
 }
 
 TEST_P(HashedMapCopy, a_copied_table_starts_from_193_buckets_again) {

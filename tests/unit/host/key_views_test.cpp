@@ -32,6 +32,14 @@ TEST_F(KeyViews, ask_for_a_text_once_however_short_it_is) {
   }
 }
 
+TEST_F(KeyViews, ask_nothing_of_a_text_that_is_nil) {
+  rbText nil(nullptr);
+  host_.calls().reset();
+  EXPECT_EQ(nil.GetUTF8(), std::string_view());
+  EXPECT_EQ(nil.LengthUTF8(), 0);
+  EXPECT_EQ(host_.calls().total(), 0U);
+}
+
 TEST_F(KeyViews, ask_for_the_type_of_a_variant_once) {
   const standin::ObjectRef variant = standin::variant_from_integer(5);
   VariantView view(variant.get());
