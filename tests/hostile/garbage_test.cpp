@@ -3,6 +3,7 @@
 // A length is believed as far as nothing else contradicts it: the memory behind a data pointer is
 // the host's, and how much of it there is only the host can tell. So the lengths here are negative
 // where that can be told, too short, or come without data.
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -49,6 +50,15 @@ HostBoolean data_but_no(REALstring, std::uint32_t encoding, REALstringData* reco
 HostBoolean no_stored_bytes(REALstring string, std::uint32_t encoding, REALstringData* record) {
   return encoding == host_encoding::as_stored ? data_but_no(string, encoding, record)
                                               : services::get_string_data(string, encoding, record);
+}
+
+// A host that makes room for bytes without an encoding by the length it is told beforehand.
+HostBoolean stored_bytes_that_were_announced(REALstring string, std::uint32_t encoding,
+                                             REALstringData* record) {
+  const std::uint32_t announced = record->length;
+  const HostBoolean answer = services::get_string_data(string, encoding, record);
+  if (encoding == host_encoding::as_stored) record->length = std::min(record->length, announced);
+  return answer;
 }
 
 HostBoolean data_in_another_encoding(REALstring string, std::uint32_t, REALstringData* record) {
@@ -149,6 +159,15 @@ TEST_P(GarbageTexts, bytes_without_an_encoding_that_come_with_a_refusal_are_no_t
   EXPECT_TRUE(container.contains(text("")));
   EXPECT_FALSE(container.contains(text({not_to_be_freed, sizeof not_to_be_freed})));
   EXPECT_FALSE(container.contains(text("garbage")));
+  EXPECT_EQ(raised(), "");
+}
+
+TEST_P(GarbageTexts, the_length_of_bytes_without_an_encoding_is_announced) {
+  restart_with({{"PluginGetStringData", lie(&stored_bytes_that_were_announced)}});
+  const Container container = make();
+  container.put(text("alpha", host_encoding::as_stored), value(1));
+  EXPECT_TRUE(container.contains(text("alpha")));
+  EXPECT_FALSE(container.contains(text("")));
   EXPECT_EQ(raised(), "");
 }
 
