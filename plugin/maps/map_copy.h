@@ -35,8 +35,8 @@ struct MapCopy {
   }
 
  private:
-  // Entry by entry, as a program would assign them; faster where nobody could tell. In a tree the
-  // entries come in its own order, so that none needs to be compared.
+  // Entry by entry, as a program would assign them; faster where nobody could tell. To an empty
+  // tree the entries come in its own order, so that none needs to be compared.
   [[gnu::cold]] static void copy(typename C::Storage& source, typename C::Storage& target) {
     if constexpr (C::Storage::plain_elements) {
       // Host code that ran when the former caches went may have filled the fresh storage again.

@@ -87,6 +87,7 @@ TEST_P(MissingLockServices, what_is_lent_keeps_its_locks_when_it_could_not_be_he
       copy.call<void>("Constructor(Keys() as {K})", array.get());
     }
     EXPECT_EQ(standin::lock_count(container.get()), 1U);
+    EXPECT_EQ(standin::lock_count(copy.get()), 1U);
     EXPECT_EQ(standin::lock_count(other.get()), 1U);
     EXPECT_EQ(standin::lock_count(array.get()), 1U);
     EXPECT_EQ(raised(), "");
