@@ -61,7 +61,8 @@ endfunction()
 # when it ends itself by a signal.
 function(zrb_count_until_raise target)
   if(ZRB_COVERAGE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tools/coverage-report/count_until_raise.cpp)
+    target_sources(${target} PRIVATE
+      ${PROJECT_SOURCE_DIR}/tools/coverage-report/count_until_raise.cpp)
     target_link_options(${target} PRIVATE -Wl,--wrap=raise)
   endif()
 endfunction()

@@ -36,6 +36,7 @@ std::vector<KeyList> key_lists(ElementType type) {
     const auto latin = encodings::windows_latin1;
     list.keys.push_back(type == ElementType::string ? support::string("\xE9", latin)
                                                     : support::variant_string("\xE9", latin));
+    // The plugin's own copy of the bytes has four to spare, so one text is far longer.
     const auto raw = host_encoding::as_stored;
     for (const std::string& bytes : {std::string("ab"), std::string(10'000, 'a')}) {
       list.keys.push_back(type == ElementType::string ? support::string(bytes, raw)
