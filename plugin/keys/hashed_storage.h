@@ -13,7 +13,8 @@
 // it has: when that exceeds the bucket count, the next larger prime of `bucket_sizes` is taken. So
 // there is never more than one element a bucket on average. Buckets never become fewer.
 //
-// Hashes are not kept. Each operation on a key hashes that key once; growth hashes every key once.
+// Hashes are not kept. Each operation on a key hashes that key once; growth hashes every key once,
+// unless it is that of a copy (hashed_copier.h).
 //
 // Speed. The bucket is found without a division (remainder.h), and in its chain a key that asks
 // nobody, almost without a guess (plain_chain.h). Growth, copies, exports and destruction go
@@ -96,6 +97,10 @@ class HashedStorage : public Usable, private NodeRemoval<HashedStorage<Key, Valu
   static constexpr bool plain_elements = plain_keys && std::is_trivially_copyable_v<Value>;
   static constexpr bool integers_to_integers =
       std::is_same_v<Key, std::int32_t> && std::is_same_v<Value, std::int32_t>;
+
+  /// Whether a copy need not read most of its keys again: see hashed_copier.h.
+  static constexpr bool has_copier = requires(const Key& key) { Hash{}.shared_with_equals(key); };
+  class Copier;
 
   /// What whoever calls an operation holds meanwhile: one on a key, or one on elements.
   using KeyUse = std::conditional_t<plain_keys, NotInUse, InUse<HashedStorage>>;

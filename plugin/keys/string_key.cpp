@@ -1,5 +1,8 @@
 #include "keys/string_key.h"
 
+#include <cstddef>
+#include <cstring>
+
 namespace {
 
 // Texts of this many bytes and more begin with some that are hashed at once.
@@ -57,6 +60,13 @@ std::int32_t compare_leaving_locks(const RBString& stored, const StringProbe& ke
   return Compare(text, key.text());
 }
 
+bool EqualRBString::operator()(const RBString& stored, const RBString& other) const {
+  leave_comparison_locks(stored, other);
+  rbText stored_text(stored.get());
+  rbText other_text(other.get());
+  return Compare(stored_text, other_text) == 0;
+}
+
 bool LTRBString::is_larger(const StringProbe& key, const RBString& stored) {
   rbText text(stored.get());
   return Compare(text, key.text()) < 0;
@@ -65,4 +75,12 @@ bool LTRBString::is_larger(const StringProbe& key, const RBString& stored) {
 std::uint32_t RBStringHash::operator()(const RBString& stored) const {
   rbText text(stored.get());
   return GetStringHash(text);
+}
+
+std::optional<std::uint32_t> RBStringHash::shared_with_equals(const RBString& stored) const {
+  rbText text(stored.get());
+  const std::uint32_t hash = GetStringHash(text);
+  const auto length = static_cast<std::size_t>(text.LengthUTF8());
+  if (std::memchr(text.GetUTF8(), 0, length) != nullptr) return std::nullopt;
+  return hash;
 }

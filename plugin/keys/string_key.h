@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 
 #include "host/binary_interface.h"
 #include "host/locked_handle.h"
@@ -50,6 +51,14 @@ struct EqualRBString {
   bool operator()(const RBString& stored, const StringProbe& key) const {
     return compare_leaving_locks(stored, key) == 0;
   }
+
+  /// Of two strings that stay in their containers meanwhile.
+  bool operator()(const RBString& stored, const RBString& other) const;
+
+  /// What a comparison leaves, for strings that are known to differ.
+  static void leave_locks(const RBString& stored, const RBString& other) {
+    leave_comparison_locks(stored, other);
+  }
 };
 struct LTRBString {
   /// Both answers at once: negative when the stored string comes first, 0 when they are equal.
@@ -72,6 +81,10 @@ struct RBStringHash {
 
   /// Of a string that stays in its container meanwhile.
   std::uint32_t operator()(const RBString& stored) const;
+
+  /// The same if every string that is equal has that hash. Nothing for a text with a zero byte:
+  /// what is behind it counts for the hash alone.
+  std::optional<std::uint32_t> shared_with_equals(const RBString& stored) const;
 };
 
 #endif

@@ -4,6 +4,7 @@
 
 #include "containers/instance.h"
 #include "host/services.h"
+#include "keys/hashed_copier.h"
 #include "maps/map_operations.h"
 
 template <class C>
@@ -35,8 +36,11 @@ struct MapCopy {
   }
 
  private:
+  using Element = typename C::Element;
+
   // Entry by entry, as a program would assign them; faster where nobody could tell. To an empty
-  // tree the entries come in its own order, so that none needs to be compared.
+  // tree the entries come in its own order, so that none needs to be compared, and in a table few
+  // texts do.
   [[gnu::cold]] static void copy(typename C::Storage& source, typename C::Storage& target) {
     if constexpr (C::Storage::plain_elements) {
       // Host code that ran when the former caches went may have filled the fresh storage again.
@@ -48,23 +52,31 @@ struct MapCopy {
     const InUse use(target);
     if constexpr (C::is_ordered && !C::Storage::plain_elements) {
       typename C::Storage::Appender appender(target);
-      source.for_each([&](const auto& element) {
+      source.for_each([&](const Element& element) {
         if (auto* copied = appender.append(element.key)) {
-          MapOperations<C>::replace_value(*copied, C::Value::lend(element.value));
+          take_value(*copied, element);
         } else {
           assign(target, element);
         }
         return true;
       });
+    } else if constexpr (requires { requires C::Storage::has_copier; }) {
+      typename C::Storage::Copier(target, source).run(take_value, [&](const Element& element) {
+        assign(target, element);
+      });
     } else {
-      source.for_each([&](const auto& element) {
+      source.for_each([&](const Element& element) {
         assign(target, element);
         return true;
       });
     }
   }
 
-  static void assign(typename C::Storage& target, const typename C::Element& element) {
+  static void take_value(Element& copied, const Element& element) {
+    MapOperations<C>::replace_value(copied, C::Value::lend(element.value));
+  }
+
+  static void assign(typename C::Storage& target, const Element& element) {
     MapOperations<C>::assign(target, typename C::KeyProbe(C::Key::lend(element.key)),
                              C::Value::lend(element.value));
   }

@@ -59,7 +59,7 @@ TEST(DynamicSymbols, only_memory_exceptions_and_start_up_are_asked_of_the_runtim
       "_ITM_deregisterTMCloneTable", "_ITM_registerTMCloneTable", "__gmon_start__",
       "__cxa_finalize",
       // bytes
-      "memcpy", "memmove", "memset", "memcmp", "strlen", "strncmp",
+      "memcpy", "memmove", "memset", "memchr", "memcmp", "strlen", "strncmp",
       // the heap; operator new and delete for either width of size_t
       "malloc", "calloc", "free", "_Znwm", "_Znam", "_Znwj", "_Znaj", "_ZdlPv", "_ZdaPv", "_ZdlPvm",
       "_ZdlPvj",

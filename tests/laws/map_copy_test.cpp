@@ -1,4 +1,13 @@
 // Maps copied: by the constructor from another map, and by `Clone`.
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "runtime/encodings.h"
+#include "runtime/services.h"
+#include "support/bucket_witness.h"
 #include "support/lock_changes.h"
 #include "support/plugin_test.h"
 
@@ -31,12 +40,29 @@ class MapCopy : public support::ClassTest {
 class OrderedMapCopy : public MapCopy {};
 class OrderedTextMapCopy : public MapCopy {};
 class HashedMapCopy : public MapCopy {};
+class HashedTextMapCopy : public MapCopy {
+ protected:
+  Container make_with_texts(std::initializer_list<Element> keys) const {
+    const Container map = make();
+    for (const Element& key : keys) map.put(key, value(1));
+    return map;
+  }
+  void expect_copies_like_refilled(const Container& source, std::int32_t count) const {
+    for (const Container& copied : {copy(source), clone(source)}) {
+      EXPECT_EQ(copied.count(), count);
+      EXPECT_EQ(copied.described_keys(), refilled_order(source));
+    }
+  }
+};
 ZRB_FOR_CLASSES(MapCopy, support::map_classes());
 ZRB_FOR_CLASSES(OrderedMapCopy, support::classes_where([](const support::ContainerClass& c) {
                   return c.is_map() && c.is_ordered();
                 }));
 ZRB_FOR_CLASSES(OrderedTextMapCopy, support::classes_where([](const support::ContainerClass& c) {
                   return c.is_map() && c.is_ordered() && c.key == support::ElementType::string;
+                }));
+ZRB_FOR_CLASSES(HashedTextMapCopy, support::classes_where([](const support::ContainerClass& c) {
+                  return c.is_map() && c.is_hashed() && c.key == support::ElementType::string;
                 }));
 ZRB_FOR_CLASSES(HashedMapCopy, support::classes_where([](const support::ContainerClass& c) {
                   return c.is_map() && c.is_hashed();
@@ -66,6 +92,53 @@ TEST_P(OrderedTextMapCopy, a_copy_reads_no_text) {
   const Container copies[] = {copy(source), clone(source)};
   EXPECT_EQ(host().calls().of("PluginGetStringData"), 0U);
   for (const Container& copied : copies) EXPECT_EQ(copied.count(), 100);
+}
+
+TEST_P(HashedTextMapCopy, a_copy_reads_each_text_once) {
+  const Container source = make_with(1000);
+  host().calls().reset();
+  const Container copied = clone(source);
+  EXPECT_EQ(host().calls().of("PluginGetStringData"), 1000U);
+  EXPECT_EQ(copied.count(), 1000);
+}
+
+TEST_P(HashedTextMapCopy, texts_that_hash_alike_stay_apart) {
+  ASSERT_EQ(support::elf_hash("a1"), support::elf_hash("b!"));
+  expect_copies_like_refilled(
+      make_with_texts({support::string("a1"), support::string("c"), support::string("b!")}), 3);
+}
+
+// They hash differently, so they are found only where they share a bucket, which they do here in
+// 193 buckets, not in 389.
+TEST_P(HashedTextMapCopy, texts_that_are_equal_up_to_a_zero_byte_become_one_where_they_meet) {
+  const Container source = make_with(200);
+  const std::string shorter = "key";
+  std::string longer;
+  const auto meet_in = [&](std::uint32_t buckets) {
+    return support::elf_hash(shorter) % buckets == support::elf_hash(longer) % buckets;
+  };
+  for (int i = 0; longer.empty() || !meet_in(193) || meet_in(389); ++i) {
+    longer = shorter + '\0' + std::to_string(i);
+  }
+  source.put(support::string(longer), value(1));
+  source.put(support::string(shorter), value(2));
+  for (int i = 0; i < 200; i += 2) EXPECT_EQ(source.remove(key(i)), 1);
+  EXPECT_EQ(source.count(), 102);
+  expect_copies_like_refilled(source, 101);
+}
+
+// Nothing tells the table that a text has changed since: it lies where its former hash put it.
+TEST_P(HashedTextMapCopy, texts_that_the_host_came_to_read_as_one_become_one_where_they_meet) {
+  for (char letter = 'a'; letter <= 'z'; ++letter) {
+    const std::string text(2, letter);
+    const Element changing = support::string(text, host_encoding::utf16);
+    const Container source = make_with_texts({support::string("x"), changing, support::string("y"),
+                                              support::string(text), support::string("z")});
+    standin::services::set_string_encoding(std::get<standin::StringRef>(changing).get(),
+                                           host_encoding::utf8);
+    EXPECT_EQ(source.count(), 5);
+    expect_copies_like_refilled(source, 4);
+  }
 }
 
 TEST_P(HashedMapCopy, a_copied_table_starts_from_193_buckets_again) {
