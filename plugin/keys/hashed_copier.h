@@ -6,13 +6,14 @@
 // Hashes. Each key is hashed once, ahead of its insertion, and growth takes the hashes from there.
 // They are forgotten with the copy.
 //
-// Equality. Few keys have to be read again to tell that they differ. Keys that are equal hash alike,
-// so they lie in one bucket of the other table and come right after each other; of those, only keys
-// with one hash are compared. All others are just left the locks that their comparison leaves.
+// Equality. Few keys have to be read again to tell that they differ. Keys that are equal hash
+// alike, so they lie in one bucket of the other table and come right after each other; of those,
+// only keys with one hash are compared. All others are just left the locks that their comparison
+// leaves.
 //
-// Whatever does not fit this ends it, and the rest is inserted as everything else is: a key that
-// could equal one with another hash, a key that comes too late (the host changed its text), a change
-// of the copy by the host.
+// A key that does not fit this is inserted as everything else is: one that could equal a key with
+// another hash, or that comes too late, as the host changed its text. When that, or the host, has
+// changed the copy, the rest is inserted so as well.
 //
 // Speed. The other table is gone through by the nodes that a walk gathers at once: all of them are
 // hashed, and what their insertion will touch is asked for, before the first one is inserted.
@@ -41,17 +42,17 @@ class HashedStorage<Key, Value, Hash, Equal>::Copier {
       : target_(target),
         source_(source),
         first_bucket_count_(target.bucket_count()),
-        copies_(std::make_unique_for_overwrite<Copy[]>(std::size_t{source.size_} + 1)),
+        copies_(std::make_unique_for_overwrite<Copy[]>(source.size_ + 1)),
         changes_(target.changes()),
         changes_of_source_(source.changes()),
-        given_up_(!target.empty()) {
-    copies_[0] = {0, no_node};
+        was_empty_(target.empty()) {
+    copies_[0] = {};
   }
 
   /// Inserts the source's elements in its order, until the host changes the source. Calls
   /// `take_value(copy, element)` where a key was inserted or found, and `insert(element)` for those
-  /// that it leaves to the caller. What these throw, and what the host does, passes on; the elements
-  /// before are in the copy then. O(n).
+  /// that it leaves to the caller. What these throw, and what the host does, passes on; the
+  /// elements before are in the copy then. O(n).
   template <class TakeValue, class Insert>
   void run(TakeValue take_value, Insert insert) {
     const InUse use(source_);
@@ -76,7 +77,7 @@ class HashedStorage<Key, Value, Hash, Equal>::Copier {
 
   bool source_has_changed() const { return source_.changes() != changes_of_source_; }
   bool is_disturbed() const {
-    return given_up_ || target_.changes() != changes_ || source_has_changed();
+    return !was_empty_ || target_.changes() != changes_ || source_has_changed();
   }
 
   // As many of the nodes as can be.
@@ -112,8 +113,8 @@ class HashedStorage<Key, Value, Hash, Equal>::Copier {
   bool copy(std::span<const NodeLink> nodes, TakeValue take_value, Insert insert) {
     for (std::uint32_t i = 0; i < nodes.size(); ++i) {
       const Element& element = source_.element(nodes[i]);
-      if (i >= hashed_) given_up_ = true;
-      if (Element* const copied = given_up_ ? nullptr : append(element.key, hashes_[i])) {
+      Element* const copied = i < hashed_ ? append(element.key, hashes_[i]) : nullptr;
+      if (copied != nullptr) {
         take_value(*copied, element);
       } else {
         insert(element);
@@ -126,7 +127,7 @@ class HashedStorage<Key, Value, Hash, Equal>::Copier {
   // The element with the next key, mostly a new one with an empty value; null, and nothing is
   // added, when that cannot be told.
   Element* append(const Key& key, std::uint32_t hash) {
-    if (is_disturbed() || !goes_on_in_source(hash)) return give_up();
+    if (is_disturbed() || !goes_on_in_source(hash)) return nullptr;
     if (target_.size_ >= target_.bucket_count()) grow();
     const bool may_be_there = has_met_in_bucket(hash);
     NodeLink& head = head_for(hash);
@@ -138,23 +139,18 @@ class HashedStorage<Key, Value, Hash, Equal>::Copier {
       } else {
         Equal::leave_locks(present.key, key);
       }
-      if (is_disturbed()) return give_up();
+      if (is_disturbed()) return nullptr;
       if (equal) return &present;
     }
     const NodeLink node = target_.create(key);
     if (is_disturbed()) {
       target_.destroy(node);
-      return give_up();
+      return nullptr;
     }
     Element& added = target_.link(head, node);
     changes_ = target_.changes();
     copies_[target_.size_] = {hash, node};
     return &added;
-  }
-
-  Element* give_up() {
-    given_up_ = true;
-    return nullptr;
   }
 
   NodeLink& head_for(std::uint32_t hash) { return target_.buckets_[target_.buckets_.of(hash)]; }
@@ -216,7 +212,7 @@ class HashedStorage<Key, Value, Hash, Equal>::Copier {
   std::uint32_t first_of_bucket_ = 1;     // the number of the first element from it
   std::uint32_t changes_;                 // when the last key was inserted
   const std::uint32_t changes_of_source_;
-  bool given_up_;
+  const bool was_empty_;
 };
 
 #endif

@@ -81,6 +81,6 @@ std::optional<std::uint32_t> RBStringHash::shared_with_equals(const RBString& st
   rbText text(stored.get());
   const std::uint32_t hash = GetStringHash(text);
   const auto length = static_cast<std::size_t>(text.LengthUTF8());
-  if (std::memchr(text.GetUTF8(), 0, length) != nullptr) return std::nullopt;
-  return hash;
+  const bool has_zero_byte = std::memchr(text.GetUTF8(), 0, length) != nullptr;
+  return has_zero_byte ? std::nullopt : std::optional(hash);
 }

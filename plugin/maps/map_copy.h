@@ -44,10 +44,7 @@ struct MapCopy {
   [[gnu::cold]] static void copy(typename C::Storage& source, typename C::Storage& target) {
     if constexpr (C::Storage::plain_elements) {
       // Host code that ran when the former caches went may have filled the fresh storage again.
-      if (target.empty()) {
-        target.clear();  // of memory, too
-        return target.copy_from(source);
-      }
+      if (target.empty()) return target.copy_from(source);
     }
     const InUse use(target);
     if constexpr (C::is_ordered && !C::Storage::plain_elements) {

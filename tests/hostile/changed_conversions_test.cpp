@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -205,6 +206,30 @@ TEST_P(MapChangedInsideAConversion,
   expect_whole(other, 3);
 }
 
+// Giving up the arrays runs code that finds the fresh storage already.
+TEST_P(MapChangedInsideAConversion, a_copy_goes_into_what_was_added_as_the_cached_arrays_went) {
+  for (const auto& [count, stays] : {std::pair(4, true), std::pair(4, false), std::pair(0, true)}) {
+    const Container map = make_with(0);
+    keys_of(map);
+    const Container other = make_with(count);
+    host().faults().call_at("REALUnlockObject", 1, [&, stays = stays] {
+      map.put(7);
+      if (!stays) map.remove(key(7));
+    });
+    map.call<void>("Constructor(other as {Class})", other.get());
+    host().faults().clear();
+    expect_whole(map, stays ? count + 1 : count);
+    const Container expected = make_with(0);
+    if (stays) expected.put(7);
+    for (const support::Element& copied : other.keys()) expected.put(copied, value(1));
+    EXPECT_EQ(map.described_keys(), expected.described_keys());
+    for (int i = 0; i < count; ++i) {
+      EXPECT_EQ(support::describe(map.value(key(i))), support::describe(value(i)));
+    }
+    expect_whole(other, count);
+  }
+}
+
 // The entries of a copy are added one after the other, so the host can add another one between
 // them.
 TEST_P(MapChangedAsItIsCopied, a_copy_keeps_what_was_added_while_it_was_made) {
@@ -217,6 +242,25 @@ TEST_P(MapChangedAsItIsCopied, a_copy_keeps_what_was_added_while_it_was_made) {
     host().faults().clear();
     expect_whole(map, 5);
     expect_whole(other, 4);
+  }
+}
+
+// All entries have one value, which is locked by nobody else in the end.
+TEST_P(MapChangedAsItIsCopied, a_copy_that_is_emptied_while_it_is_made_keeps_no_lock) {
+  for (const auto& [service, number] : calls_for_entries()) {
+    SCOPED_TRACE(service + std::to_string(number));
+    const support::Element held = value(1);
+    {
+      const Container other = make_with(0);
+      for (int i = 0; i < 4; ++i) other.put(key(i), held);
+      const Container map = make_with(0);
+      host().faults().call_at(service, number, [&] { map.clear(); });
+      map.call<void>("Constructor(other as {Class})", other.get());
+      host().faults().clear();
+      expect_whole(map, map.count());
+      EXPECT_LE(map.count(), 4);
+    }
+    EXPECT_EQ(support::locks(held), 1);
   }
 }
 

@@ -74,6 +74,10 @@ ZRB_LOCK_TEST(CopyLocks, a_copy_of_two_entries_compares_the_second_with_the_firs
 ZRB_LOCK_TEST(CopyLocks, a_copy_leaves_the_locks_of_assignments_in_the_order_of_its_source,
               member::from_map, member::clone) {
   const Container source = make_with(400);
+  if (container_class().key == ElementType::string) {
+    // Alike in their hashes, so they are compared.
+    for (const char* const text : {"a1", "b!"}) source.put(support::string(text), value(1));
+  }
   const auto changes_by = [](const std::function<Container()>& fill) {
     const LockWatch watch;
     const Container filled = fill();

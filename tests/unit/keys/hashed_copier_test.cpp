@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -164,7 +165,8 @@ TEST_F(HashedCopier, compares_keys_with_one_hash) {
 // As when the host reads a text otherwise than it did when the key was inserted.
 TEST_F(HashedCopier, finds_keys_that_have_become_equal_beside_each_other) {
   CopiedSet source;
-  for (const std::int32_t number : {5, 5 + 193, 7, 7 + 193}) source.insert_unique(CallingKey(number));
+  for (const std::int32_t number : {5, 5 + 193, 7, 7 + 193})
+    source.insert_unique(CallingKey(number));
   GivenHash::given = {{5 + 193, 5}, {7 + 193, 7}};
   CountedEqual::equal_from = 193;
   const Insertions insertions = expect_like_insertions(source);
@@ -172,6 +174,15 @@ TEST_F(HashedCopier, finds_keys_that_have_become_equal_beside_each_other) {
   CopiedSet target;
   copy(source, target);
   EXPECT_EQ(numbers_in(target), (std::vector<std::int32_t>{5 + 193, 7 + 193}));
+}
+
+TEST_F(HashedCopier, finds_them_behind_another_key_of_their_bucket) {
+  CopiedSet source;
+  for (const std::int32_t number : {5, 5 + 386, 5 + 193}) source.insert_unique(CallingKey(number));
+  GivenHash::given[5] = 5 + 386;
+  CountedEqual::equal_from = 386;
+  EXPECT_EQ(expect_like_insertions(source).taken, (std::vector<std::int32_t>{5 + 193, 5 + 386, 5}));
+  EXPECT_EQ(CountedEqual::read, 1);
 }
 
 TEST_F(HashedCopier, leaves_to_insertion_what_has_come_to_lie_in_another_bucket) {
@@ -198,6 +209,29 @@ TEST_F(HashedCopier, leaves_to_insertion_what_follows_a_key_that_may_equal_other
   const Insertions insertions = expect_like_insertions(source);
   EXPECT_EQ(insertions.taken.size(), 100U);
   EXPECT_EQ(insertions.inserted.size(), 201U);
+  EXPECT_EQ(GivenHash::hashed, 100 + 1 + 201 + 193) << "the last for growth";
+}
+
+TEST_F(HashedCopier, goes_on_behind_a_key_that_equals_a_former_one) {
+  CopiedSet source;
+  for (std::int32_t number = 0; number < 50; ++number) source.insert_unique(CallingKey(number));
+  for (const std::int32_t number : {150, 189}) source.insert_unique(CallingKey(number));
+  GivenHash::given[150] = 20;  // it comes too late now
+  CountedEqual::equal_from = 130;
+  const Insertions insertions = expect_like_insertions(source);
+  EXPECT_EQ(insertions.inserted, std::vector<std::int32_t>{150});
+}
+
+TEST_F(HashedCopier, keeps_a_key_whose_equal_goes_as_they_are_compared) {
+  CopiedSet source;
+  source.insert_unique(CallingKey(5));
+  source.insert_unique(CallingKey(5 + 193));
+  GivenHash::given[5 + 193] = 5;
+  CountedEqual::equal_from = 193;
+  CopiedSet target;
+  CallingKey::on_comparison = [&] { target.erase(target.begin()); };
+  copy(source, target);
+  EXPECT_EQ(numbers_in(target), std::vector<std::int32_t>{5});
 }
 
 TEST_F(HashedCopier, leaves_everything_to_insertion_where_something_is_already) {
@@ -273,16 +307,54 @@ TEST_F(HashedCopier, copies_everything_into_a_table_that_gets_another_key_meanwh
 }
 
 TEST_F(HashedCopier, ends_when_its_source_changes) {
-  for (auto* hook : {&CallingKey::on_hash, &CallingKey::on_comparison, &CallingKey::on_copy}) {
+  for (const bool is_cleared : {true, false}) {
     CopiedSet source;
     add(source, 500);
     CopiedSet target;
-    at_call(*hook, 100, [&] { source.clear(); });
-    copy(source, target);
-    EXPECT_EQ(source.size(), 0U);
-    EXPECT_GT(target.size(), 0U);
-    EXPECT_LT(target.size(), 500U);
+    at_call(CallingKey::on_copy, 100,
+            [&] { is_cleared ? source.clear() : source.erase(source.begin()); });
+    const Insertions insertions = copy(source, target);
+    EXPECT_EQ(source.size(), is_cleared ? 0U : 499U);
+    EXPECT_EQ(target.size(), 100U);
+    EXPECT_EQ(insertions.taken.size() + insertions.inserted.size(), 100U);
   }
+}
+
+TEST_F(HashedCopier, inserts_one_more_key_when_its_source_changes_as_it_is_hashed) {
+  CopiedSet source;
+  add(source, 500);
+  CopiedSet target;
+  at_call(CallingKey::on_hash, 100, [&] { source.clear(); });
+  const Insertions insertions = copy(source, target);
+  EXPECT_EQ(insertions.inserted.size(), 1U);
+  EXPECT_LT(insertions.taken.size(), 99U) << "those that were hashed at once before";
+  EXPECT_EQ(target.size(), insertions.taken.size() + 1);
+}
+
+TEST_F(HashedCopier, grows_a_copy_through_which_a_program_steps) {
+  CopiedSet source;
+  add(source, 300);
+  CopiedSet target;
+  CopiedSet::Position position;
+  const auto step_as_it_grows = [&] {
+    const std::vector<std::int32_t> order = numbers_in(target);
+    const auto at = std::ranges::find(order, position.entry().key.number());
+    ASSERT_GT(order.end() - at, 1);
+    CopiedSet::Storage::advance(position);
+    EXPECT_EQ(position.entry().key.number(), at[1]);
+  };
+  const InUse use(target.storage());
+  CopiedSet::Storage::Copier(target.storage(), source.storage())
+      .run(
+          [&](auto&, const auto&) {
+            if (target.size() != 193) return;
+            position = target.begin();
+            CopiedSet::Storage::advance(position);
+            CallingKey::on_copy = step_as_it_grows;
+          },
+          [](const auto&) {});
+  EXPECT_NE(position.node, nullptr);
+  EXPECT_FALSE(CallingKey::on_copy);
 }
 
 TEST_F(HashedCopier, copies_nothing_more_into_a_table_that_is_destroyed_meanwhile) {
