@@ -28,6 +28,7 @@
 
 #include "keys/bucket_sizes.h"
 #include "keys/buckets.h"
+#include "keys/entry_nodes.h"
 #include "keys/growth_order.h"
 #include "keys/hashed_storage.h"
 #include "keys/hints.h"
@@ -144,7 +145,7 @@ class HashedStorage<Key, Value, Hash, Equal>::Copier {
     }
     const NodeLink node = target_.create(key);
     if (is_disturbed()) {
-      target_.destroy(node);
+      destroy_entry<Element>(target_.memory_, node);
       return nullptr;
     }
     Element& added = target_.link(head, node);
